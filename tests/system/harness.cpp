@@ -1,0 +1,97 @@
+#include "tests/system/harness.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+void SystemTest::SetUp() {
+    ttyS0 = std::make_unique<SerialLine>("/dev/ttyS0");
+    ttyS1 = std::make_unique<SerialLine>("/dev/ttyS1");
+    ttyS4 = std::make_unique<SerialLine>("/dev/ttyS4");
+    rec = std::make_unique<Recorder>();
+    ASSERT_TRUE(ttyS0->Ok() && ttyS1->Ok() && ttyS4->Ok());
+    ASSERT_TRUE(rec->Ok());
+}
+
+void SystemTest::TearDown() {
+    rec.reset();
+    ttyS0.reset();
+    ttyS1.reset();
+    ttyS4.reset();
+}
+
+bool SystemTest::StartAndWait(const std::vector<std::string>& args) {
+    if (!rec->Start(PTZ_CNTL_BINARY, args)) return false;
+    return rec->WaitFor(0x10002, 5000).has_value();
+}
+
+int SystemTest::StopAndWait() {
+    rec->Send(1);
+    return rec->WaitExit(5000);
+}
+
+SerialLine& SystemTest::PtzLine() {
+    return rec->Share().nPortAssign == kPortAssignPtzOnS0 ? *ttyS0 : *ttyS1;
+}
+
+std::vector<PtzFrame> SystemTest::CollectPtz(int ms, size_t count) {
+    std::vector<PtzFrame> frames;
+    const double tEnd = MonotonicSeconds() + ms / 1000.0;
+    while (MonotonicSeconds() < tEnd && frames.size() < count) {
+        for (const auto& c : PtzLine().Read(5))
+            for (auto& f : SplitPtzFrames(c, rec->Share())) frames.push_back(f);
+        rec->Output(0);
+    }
+    return frames;
+}
+
+void SystemTest::Camera(uint32_t ch, uint32_t model, uint32_t address) {
+    rec->Share().atPtz[ch].nPtzModel = model;
+    rec->Share().atPtz[ch].nPtzAddress = address;
+}
+
+void SystemTest::Ptz(uint32_t ch, uint32_t cmd, uint32_t p1, uint32_t p2, uint32_t p3) {
+    rec->Send(0x800001, ch, cmd, p1, p2, p3);
+}
+
+std::vector<uint8_t> Bytes(std::initializer_list<int> list) {
+    std::vector<uint8_t> v;
+    for (int b : list) v.push_back(static_cast<uint8_t>(b));
+    return v;
+}
+
+int RunPtzCntl(const std::vector<std::string>& args, std::string* err, int timeout_ms) {
+    int pe[2];
+    if (pipe2(pe, O_CLOEXEC) != 0) return -1;
+    const pid_t pid = fork();
+    if (pid == 0) {
+        dup2(pe[1], 2);
+        std::vector<std::string> copy(args);
+        std::vector<char*> argv = {const_cast<char*>("ptz_cntl")};
+        for (auto& a : copy) argv.push_back(a.data());
+        argv.push_back(nullptr);
+        execv(PTZ_CNTL_BINARY, argv.data());
+        _exit(127);
+    }
+    close(pe[1]);
+    const double tEnd = MonotonicSeconds() + timeout_ms / 1000.0;
+    for (;;) {
+        struct pollfd p = {pe[0], POLLIN, 0};
+        if (poll(&p, 1, 10) > 0) {
+            char buf[1024];
+            const ssize_t n = read(pe[0], buf, sizeof buf);
+            if (n > 0) err->append(buf, static_cast<size_t>(n));
+            if (n == 0) break;   // the process closed its end: it has ended
+        }
+        if (MonotonicSeconds() > tEnd) {
+            kill(pid, SIGKILL);
+            break;
+        }
+    }
+    close(pe[0]);
+    int st = 0;
+    waitpid(pid, &st, 0);
+    return WIFEXITED(st) ? WEXITSTATUS(st) : -1;
+}

@@ -1,0 +1,42 @@
+// Fixture for system tests: the simulated recorder with its three serial lines, and the real
+// ptz_cntl binary started as its child. Each test case runs in a fresh sandbox.
+#pragma once
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tools/sim/ptz_line.h"
+#include "tools/sim/recorder.h"
+#include "tools/sim/serial_line.h"
+
+class SystemTest : public ::testing::Test {
+protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    // Starts ptz_cntl with the given arguments and waits for its start message.
+    bool StartAndWait(const std::vector<std::string>& args = {"7"});
+    // Sends the stop message and returns the exit status (-1 when it did not end in time).
+    int StopAndWait();
+
+    // The line the PTZ cameras hang on (ttyS1 unless the port assignment says ttyS0).
+    SerialLine& PtzLine();
+    // Frames seen on the PTZ line for ms milliseconds (or until count frames have arrived).
+    std::vector<PtzFrame> CollectPtz(int ms, size_t count = SIZE_MAX);
+
+    // A camera on a channel: model and address.
+    void Camera(uint32_t ch, uint32_t model, uint32_t address);
+    // A PTZ command as the main application sends it.
+    void Ptz(uint32_t ch, uint32_t cmd, uint32_t p1 = 0, uint32_t p2 = 0, uint32_t p3 = 0);
+
+    std::unique_ptr<Recorder> rec;
+    std::unique_ptr<SerialLine> ttyS0, ttyS1, ttyS4;
+};
+
+std::vector<uint8_t> Bytes(std::initializer_list<int> list);
+
+// Runs ptz_cntl to its end outside the recorder's bookkeeping (a second instance, say): returns
+// its exit status, its standard error in err. Gives up (and kills it) after timeout_ms.
+int RunPtzCntl(const std::vector<std::string>& args, std::string* err, int timeout_ms = 5000);
