@@ -1,0 +1,93 @@
+// The recorder's System V semaphore sets, named by the IPC key rule.
+#include "lib/ipc/Semaphore.h"
+
+#include <sys/ipc.h>
+#include <sys/sem.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "lib/ipc/CleanUp.h"
+#include "lib/ipc/IpcKey.h"
+
+namespace {
+
+constexpr const char* kFile = "Semaphore";
+
+// The caller of semctl declares this union (the system headers do not).
+union SemArg {
+    int val;
+    struct semid_ds* buf;
+    unsigned short* array;
+};
+
+// One semop of +1 or -1 on semaphore sem of set n; the error texts name the operation.
+int Step(int sem, int n, int flags, bool down) {
+    int set = semget(IpcKey(n), 0, 0);
+    if (set < 0) {
+        if (down)
+            std::fprintf(stderr, "Err (libsem    /%s:%d) Down: Unable to get semaphore id. (semget)\n", kFile, 117);
+        else
+            std::fprintf(stderr, "Err (libsem    /%s:%d) Up: Unable to get semaphore id. (semget)\n", kFile, 165);
+        CleanUp();
+        return -1;
+    }
+    struct sembuf op;
+    op.sem_num = static_cast<unsigned short>(sem);
+    op.sem_op = static_cast<short>(down ? -1 : 1);
+    op.sem_flg = static_cast<short>(flags & 0xFFFF);
+    if (semop(set, &op, 1) != 0) {
+        if (down)
+            std::fprintf(stderr, "Err (libsem    /%s:%d) Down: Can't perform down on semaphore %d\n", kFile, 130, sem);
+        else
+            std::fprintf(stderr, "Err (libsem    /%s:%d) Up: Can't perform up on semaphore %d\n", kFile, 178, sem);
+        CleanUp();
+        return -1;
+    }
+    return 0;
+}
+
+}  // namespace
+
+// Exclusive creation: a set that already exists is an error, never silently reused.
+// A failed allocation of the value array is reported as a failed initialisation.
+int Semaphores(const int32_t* values, int count, int n) {
+    int set = semget(IpcKey(n), count, IPC_CREAT | IPC_EXCL | 0777);
+    if (set < 0) {
+        std::fprintf(stderr, "Err (libsem    /%s:%d) Semaphores: Unable to get semaphore id. (semget)\n", kFile, 49);
+        CleanUp();
+        return -1;
+    }
+    auto* initial = static_cast<unsigned short*>(std::calloc(static_cast<size_t>(count), sizeof(unsigned short)));
+    int result = -1;
+    if (initial != nullptr) {
+        for (int i = 0; i < count; ++i) initial[i] = static_cast<unsigned short>(values[i]);
+        SemArg arg;
+        arg.array = initial;
+        result = semctl(set, 0, SETALL, arg);
+        std::free(initial);
+    }
+    if (result != 0) {
+        std::fprintf(stderr, "Err (libsem    /%s:%d) Semaphores: Unable to initialize semaphores. (semctl)\n",
+                     kFile, 59);
+        CleanUp();
+        return -1;
+    }
+    return 0;
+}
+
+int RemoveSems(int n) {
+    int set = semget(IpcKey(n), 0, 0);
+    if (set < 0) return set;
+    int result = semctl(set, 0, IPC_RMID);
+    if (result != 0)
+        std::fprintf(stderr, "Err (libsem    /%s:%d) RemoveSems: Unable to remove semaphores. (semctl)\n", kFile, 84);
+    return result;
+}
+
+int Down(int sem, int n) { return Step(sem, n, 0, true); }
+int _Down(int sem, int n, int flags) { return Step(sem, n, flags, true); }
+int DownWithFlag(int sem, int flags, int n) { return Step(sem, n, flags, true); }
+int Up(int sem, int n) { return Step(sem, n, 0, false); }
+int _Up(int sem, int n, int flags) { return Step(sem, n, flags, false); }
+int UpWithFlag(int sem, int flags, int n) { return Step(sem, n, flags, false); }
