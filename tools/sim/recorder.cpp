@@ -10,6 +10,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstring>
 
 #include "lib/ipc/IpcKey.h"
@@ -83,6 +84,7 @@ bool Recorder::Start(const std::string& binary, const std::vector<std::string>& 
         for (auto& a : copy) argv.push_back(a.data());
         argv.push_back(nullptr);
         execv(binary.c_str(), argv.data());
+        std::perror(binary.c_str());
         _exit(127);
     }
     close(pe[1]);

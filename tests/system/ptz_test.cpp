@@ -1,0 +1,164 @@
+// PTZ commands from the main application to the bytes on the camera line: frames, their
+// spacing, the line setting, and what is stored for a restart.
+#include <unistd.h>
+
+#include "tests/system/harness.h"
+
+namespace {
+
+constexpr uint32_t kPelcoD2400 = 12, kPelcoD9600 = 14, kPelcoP4800 = 18, kAN200 = 15;
+
+TEST_F(SystemTest, PelcoDMoveReachesTheLineDecodedWithItsSetting) {
+    Camera(0, kPelcoD9600, 1);
+    ASSERT_TRUE(StartAndWait());
+    Ptz(0, 15, 8);   // pan left, fastest
+    auto frames = CollectPtz(1000, 1);
+    ASSERT_EQ(frames.size(), 1u);
+    EXPECT_EQ(frames[0].abData, Bytes({0xFF, 0x01, 0x00, 0x04, 0x3F, 0x00, 0x44}));
+    EXPECT_EQ(frames[0].Describe(), "Pelco-D addr 1: pan left 63");
+    EXPECT_EQ(frames[0].sSetting, "9600 8N1");
+    EXPECT_EQ(StopAndWait(), 0);
+}
+
+TEST_F(SystemTest, LineFollowsTheModelOfEachFrame) {
+    Camera(0, kPelcoD2400, 1);
+    Camera(1, kPelcoP4800, 1);
+    ASSERT_TRUE(StartAndWait());
+    Ptz(0, 80, 1);
+    auto a = CollectPtz(1000, 1);
+    ASSERT_EQ(a.size(), 1u);
+    EXPECT_EQ(a[0].sSetting, "2400 8N1");
+    Ptz(1, 80, 1);
+    auto b = CollectPtz(1000, 1);
+    ASSERT_EQ(b.size(), 1u);
+    EXPECT_EQ(b[0].abData, Bytes({0xA0, 0x00, 0x00, 0x07, 0x00, 0x01, 0xAF, 0x09}));
+    EXPECT_EQ(b[0].sSetting, "4800 8N1");
+    EXPECT_EQ(StopAndWait(), 0);
+}
+
+class PacingTest : public SystemTest {
+protected:
+    // Queues six frames on channel 0 and one on channel 1 while the sender serves no channel
+    // (channel count 0), then lets them leave with channel 0 set to gapModel: the gap is that of
+    // the channel's model at sending time, while the frames were built by Pelco-D. The process
+    // paces by its clock ticks (10 ms), so a single gap may be up to one tick shorter in wall
+    // time; the span over five gaps may not.
+    void ExpectPacing(uint32_t gapModel, double gap) {
+        Camera(0, kPelcoD9600, 1);
+        Camera(1, kPelcoD9600, 2);
+        ASSERT_TRUE(StartAndWait());
+        rec->Share().nChannels = 0;
+        for (uint32_t n = 1; n <= 6; ++n) Ptz(0, 80, n);   // go to presets 1..6 back to back
+        Ptz(1, 80, 9);
+        usleep(300000);   // one message per pass: all taken by now
+        rec->Share().atPtz[0].nPtzModel = gapModel;
+        rec->Share().nChannels = 16;
+        auto frames = CollectPtz(3000, 7);
+        rec->Share().atPtz[0].nPtzModel = kPelcoD9600;
+        std::vector<double> times;
+        for (const auto& f : frames)
+            if (f.abData.size() == 7 && f.abData[1] == 1) times.push_back(f.tSeconds);
+        ASSERT_EQ(times.size(), 6u);
+        constexpr double kTick = 0.010, kJitter = 0.003;
+        for (size_t i = 1; i < times.size(); ++i) EXPECT_GE(times[i] - times[i - 1], gap - kTick - kJitter) << i;
+        EXPECT_GE(times[5] - times[0], 5 * gap - kTick - kJitter);
+        EXPECT_EQ(frames.size(), 7u);   // the other channel's frame was not held back by them
+        EXPECT_EQ(StopAndWait(), 0);
+    }
+};
+
+TEST_F(PacingTest, FramesOfOneChannelAreAtLeastTwentyMillisecondsApart) { ExpectPacing(kPelcoD9600, 0.020); }
+
+TEST_F(PacingTest, ModelWithSixtyMillisecondGapIsPacedAtSixty) { ExpectPacing(kAN200, 0.060); }
+
+TEST_F(SystemTest, RepeatedMoveIsSentOnceUntilSomethingElseArrives) {
+    Camera(2, kPelcoD9600, 3);
+    ASSERT_TRUE(StartAndWait());
+    Ptz(2, 13, 8);
+    Ptz(2, 13, 8);
+    Ptz(2, 45);
+    Ptz(2, 13, 8);
+    auto frames = CollectPtz(1500, 4);
+    ASSERT_EQ(frames.size(), 3u);
+    EXPECT_EQ(frames[0].tText.sWords, frames[2].tText.sWords);
+    EXPECT_EQ(frames[1].abData, Bytes({0xFF, 0x03, 0x00, 0x00, 0x00, 0x00, 0x03}));
+    EXPECT_EQ(StopAndWait(), 0);
+}
+
+TEST_F(SystemTest, ChannelWithoutCameraIsRefusedAndNothingStored) {
+    Camera(0, 0, 1);
+    ASSERT_TRUE(StartAndWait());
+    Ptz(0, 15, 8);
+    EXPECT_TRUE(CollectPtz(300).empty());
+    EXPECT_EQ(rec->Share().atPtzLastCmd[0].nCmd, 0u);
+    EXPECT_EQ(StopAndWait(), 0);
+}
+
+TEST_F(SystemTest, VariantThreeRefusesPresetTours) {
+    Camera(0, kPelcoD9600, 1);
+    rec->Share().nVariant = 3;
+    ASSERT_TRUE(StartAndWait());
+    Ptz(0, 22, 2);
+    EXPECT_TRUE(CollectPtz(3500).empty());
+    EXPECT_EQ(rec->Share().atPtzLastCmd[0].nCmd, 0u);
+    Ptz(0, 80, 2);   // other codes pass
+    EXPECT_EQ(CollectPtz(1000, 1).size(), 1u);
+    EXPECT_EQ(StopAndWait(), 0);
+}
+
+TEST_F(SystemTest, SpeedRampAndPresetTourRunFromTheStatusRoutine) {
+    Camera(0, kPelcoD9600, 1);
+    ASSERT_TRUE(StartAndWait());
+    Ptz(0, 17, 0);   // right, no speed given
+    auto ramp = CollectPtz(1300, 3);
+    ASSERT_EQ(ramp.size(), 3u);
+    EXPECT_EQ(ramp[0].abData[4], 4);
+    EXPECT_EQ(ramp[1].abData[4], 24);
+    EXPECT_EQ(ramp[2].abData[4], 56);
+    EXPECT_NEAR(ramp[1].tSeconds - ramp[0].tSeconds, 0.3, 0.1);
+    EXPECT_NEAR(ramp[2].tSeconds - ramp[0].tSeconds, 0.8, 0.1);
+
+    Ptz(0, 22, 2);   // tour over presets 1 and 2
+    auto tour = CollectPtz(10000, 3);
+    ASSERT_EQ(tour.size(), 3u);
+    const int presets[] = {1, 2, 1};
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(tour[i].abData[5], presets[i]) << i;
+    EXPECT_NEAR(tour[1].tSeconds - tour[0].tSeconds, 3.0, 0.15);
+    Ptz(0, 54);
+    EXPECT_TRUE(CollectPtz(3500).empty());
+    EXPECT_EQ(StopAndWait(), 0);
+}
+
+TEST_F(SystemTest, LastCommandIsStoredAndReplayedAfterRestart) {
+    Camera(4, kPelcoD9600, 5);
+    ASSERT_TRUE(StartAndWait());
+    Ptz(4, 0);   // automatic pan on
+    auto first = CollectPtz(1000, 1);
+    ASSERT_EQ(first.size(), 1u);
+    const SharePtzLastCmd& last = rec->Share().atPtzLastCmd[4];
+    EXPECT_EQ(last.nSource, 1u);
+    EXPECT_EQ(last.nCmd, 0u);   // code 0 is "nothing to replay"
+    Ptz(4, 80, 7);
+    ASSERT_EQ(CollectPtz(1000, 1).size(), 1u);
+    EXPECT_EQ(last.nCmd, 80u);
+    EXPECT_EQ(last.nParam1, 7u);
+    EXPECT_EQ(StopAndWait(), 0);
+
+    ASSERT_TRUE(StartAndWait());
+    auto replay = CollectPtz(1000, 1);
+    ASSERT_EQ(replay.size(), 1u);
+    EXPECT_EQ(replay[0].abData, Bytes({0xFF, 0x05, 0x00, 0x07, 0x00, 0x07, 0x13}));
+    EXPECT_EQ(StopAndWait(), 0);
+}
+
+TEST_F(SystemTest, ChannelWithModelOutOfRangeIsResetAndNotReplayed) {
+    Camera(3, 43, 1);
+    rec->Share().atPtzLastCmd[3].nCmd = 80;
+    rec->Share().atPtzLastCmd[3].nParam1 = 1;
+    ASSERT_TRUE(StartAndWait());
+    EXPECT_EQ(rec->Share().atPtz[3].nPtzModel, 0u);
+    EXPECT_TRUE(CollectPtz(300).empty());
+    EXPECT_EQ(StopAndWait(), 0);
+}
+
+}  // namespace
