@@ -24,6 +24,13 @@ bool ReadProcStats(pid_t pid, ProcStats* out) {
     if (std::sscanf(p + 2, "%*c %*d %*d %*d %*d %*d %*u %*u %*u %*u %*u %lu %lu", &utime, &stime) != 2)
         return false;
     out->cpuSeconds = static_cast<double>(utime + stime) / static_cast<double>(sysconf(_SC_CLK_TCK));
+    // The scheduler's own account is in nanoseconds; the tick-based one above is only a fallback.
+    std::snprintf(path, sizeof path, "/proc/%d/schedstat", static_cast<int>(pid));
+    if (FILE* fs = std::fopen(path, "r")) {
+        unsigned long long ns;
+        if (std::fscanf(fs, "%llu", &ns) == 1) out->cpuSeconds = static_cast<double>(ns) / 1e9;
+        std::fclose(fs);
+    }
 
     std::snprintf(path, sizeof path, "/proc/%d/status", static_cast<int>(pid));
     f = std::fopen(path, "r");

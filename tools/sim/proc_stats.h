@@ -6,7 +6,7 @@
 #include <vector>
 
 struct ProcStats {
-    double cpuSeconds = 0;          // user + system time
+    double cpuSeconds = 0;          // time on a processor (scheduler account, ns precision)
     uint64_t voluntarySwitches = 0; // one per wait of a polling loop
     uint64_t rssKiB = 0;
 };
