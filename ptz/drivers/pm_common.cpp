@@ -7,8 +7,10 @@ int32_t ConvertSpeed(uint32_t nLevel, int32_t nZero, uint32_t nMin, int32_t nMax
     if (nLevel == 0) return nZero;
     if (nLevel == 1) return static_cast<int32_t>(nMin);
     if (nLevel == 8) return nMax;
-    const int32_t nLow = static_cast<int32_t>(nMin);
-    return nLow + (static_cast<int32_t>(nLevel) - 1) * (nMax - nLow) / 8;
+    // The product is formed modulo 2^32, as the target's 32-bit arithmetic does, so that a wild
+    // level from the mailbox yields some speed instead of signed overflow.
+    const uint32_t nProduct = (nLevel - 1) * static_cast<uint32_t>(nMax - static_cast<int32_t>(nMin));
+    return static_cast<int32_t>(nMin + static_cast<uint32_t>(static_cast<int32_t>(nProduct) / 8));
 }
 
 char INT2BCD(uint32_t nValue, int32_t nDigit) {
