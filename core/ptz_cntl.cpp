@@ -12,10 +12,13 @@
 #include <cstdlib>
 
 #include "core/share_block.h"
+#include "keypad/keypad_data.h"
+#include "ktt/ktt_data.h"
 #include "lib/ipc/MessageQueue.h"
 #include "lib/ipc/SharedMem.h"
 #include "lib/log/log.h"
 #include "lib/proc/processpipe.h"
+#include "pos/pos_data.h"
 #include "ptz/ptz_data.h"
 
 namespace {
@@ -23,12 +26,21 @@ namespace {
 constexpr uint32_t kMsgStop = 1;
 constexpr uint32_t kMsgAlive = 2;
 constexpr uint32_t kMsgPtzCommand = 0x800001;
+constexpr uint32_t kMsgKeypadId = 0x80000a;
+constexpr uint32_t kMsgKeypadModel = 0x80000b;
+constexpr uint32_t kMsgPosModel = 0x80000c;
+constexpr uint32_t kMsgKtt = 0x800014;
 // Codes sent to mailbox 1.
 constexpr uint32_t kMsgStarted = 0x10002;
 constexpr uint32_t kMsgEnded = 0x10003;
 constexpr uint32_t kMsgAliveAnswer = 0x10004;
 
 constexpr useconds_t kPassSleepUs = 10000;
+
+// The variant with the KTT monitoring link; read afresh at every test, never cached.
+bool KttVariant() { return ptShare->nVariant == kVariantKtt; }
+// The KTT link reports the keypad system identifier only on this reporting path.
+bool KttReportsKeypadId() { return KttVariant() && ptShare->nKttEventEnable == 1; }
 
 void SendToMain(uint32_t code, uint32_t p2) {
     SendMsgQ(kRecorderIpcId, kMainAppMailbox, kOwnMailbox, code,
@@ -48,11 +60,19 @@ bool StartUp(int argc, char** argv) {
 
     PTZInitChannels();
     PTZPublishModels();
+    if (KttVariant()) KttPublishModels();
+    KeypadPublishModels();
+    PosPublishModels();
 
     if (PTZUartDeviceOpen() != 0) return false;
+    if (KttVariant() && KttDeviceOpen() != 0) return false;
+    if (KeypadDeviceOpen() != 0) return false;
+    KeypadDeviceInit(ptShare->nKeypadModel);
 
-    tGlobal.nKeypadSystemId = ptShare->nKeypadSystemIdCfg;
+    tGlobal.nKeypadSystemId = KttVariant() ? 1 : ptShare->nKeypadSystemIdCfg;
+    if (KttReportsKeypadId()) KTTMessage(8, 1, 0);
     tGlobal.nLoopCount = 0;
+    PosModelInit(ptShare->nPosModel);
     tGlobal.bRunning = 1;
 
     // Resume what each camera was last told (a tour, an automatic pan) after a restart.
@@ -63,6 +83,8 @@ bool StartUp(int argc, char** argv) {
                        tLast.nParam4);
     }
     SendToMain(kMsgStarted, static_cast<uint32_t>(getpid()));
+    // The link's first message, handled by the loop's first pass like any other.
+    if (KttVariant()) SendMsgQ(kRecorderIpcId, kOwnMailbox, kOwnMailbox, kMsgKtt, 5, 1, 0, 0, 0);
     return true;
 }
 
@@ -79,6 +101,19 @@ void HandleMessage(const uint32_t msg[MBW_COUNT]) {
         if (msg[MBW_P1] < kMaxChannels)
             PTZControl(msg[MBW_FROM], msg[MBW_P1], msg[MBW_P2], msg[MBW_P3], msg[MBW_P4], msg[MBW_P5], 0);
         break;
+    case kMsgKeypadId:
+        tGlobal.nKeypadSystemId = msg[MBW_P1];
+        if (KttReportsKeypadId()) KTTMessage(8, msg[MBW_P1], 0);
+        break;
+    case kMsgKeypadModel:
+        KeypadDeviceInit(msg[MBW_P1]);
+        break;
+    case kMsgPosModel:
+        PosModelInit(msg[MBW_P1]);
+        break;
+    case kMsgKtt:
+        if (KttVariant()) KTTMessage(msg[MBW_P1], msg[MBW_P2], msg[MBW_P3]);
+        break;
     default:
         break;   // not for us: ignored without a word
     }
@@ -90,16 +125,25 @@ void RunLoop() {
         const bool bMessage = ReceiveMsgQ(kRecorderIpcId, kOwnMailbox, msg) == kMailboxBodySize;
         if (bMessage) HandleMessage(msg);
 
-        const bool bNoInput = true;
+        const bool bNoKttInput = KttVariant() ? ReceiveKttData() != 0 : true;
+        const bool bNoKeypadInput = ReceiveKeypadData() != 0;
+        ReceivePosData();
 
         CheckPTZStatus();
         const bool bNoFrameSent = CheckPTZQueue() != 0;
 
+        if (KttVariant()) CheckKttStatus();
+        CheckKeypadStatus();
         if (getppid() == 1) tGlobal.bRunning = 0;   // parent gone, adopted by init
 
-        // Idle: wait for input for up to one pass; busy: pace at one pass per 10 ms.
-        if (bNoFrameSent && !bMessage && bNoInput) usleep(kPassSleepUs);
-        else usleep(kPassSleepUs);
+        // Idle: wait for input for up to one pass, waking as soon as bytes arrive; busy: pace at
+        // one pass per 10 ms.
+        if (bNoFrameSent && !bMessage && (bNoKttInput || bNoKeypadInput)) {
+            if (KttVariant()) KttDevicePoll();
+            else KeypadDevicePoll();
+        } else {
+            usleep(kPassSleepUs);
+        }
         sched_yield();
         ++tGlobal.nLoopCount;
     }
@@ -108,6 +152,13 @@ void RunLoop() {
 void ShutDown() {
     if (PTZUartDeviceClose() != 0)
         std::fprintf(stderr, "Err (ptz_cntl  /%s:%d) can't close ptz control device.\n", "ptz_cntl", 300);
+    if (KeypadDeviceClose() != 0)
+        std::fprintf(stderr, "Err (ptz_cntl  /%s:%d) can't close keypad control device.\n", "ptz_cntl", 301);
+    if (PosFifoClose() != 0)
+        std::fprintf(stderr, "Err (ptz_cntl  /%s:%d) can't close pos FIFO.\n", "ptz_cntl", 302);
+    // The KTT close reports with the keypad's text.
+    if (KttVariant() && KttDeviceClose() != 0)
+        std::fprintf(stderr, "Err (ptz_cntl  /%s:%d) can't close keypad control device.\n", "ptz_cntl", 304);
     DetachMem(ptShare);
     ptShare = nullptr;
     SendToMain(kMsgEnded, 0);
