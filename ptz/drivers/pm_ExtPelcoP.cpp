@@ -9,47 +9,23 @@
 //   data 4   tilt speed, 1 on focus and iris, or a preset number, or 0
 //   check    XOR of bytes 1 to 5
 #include "ptz/drivers/pm_drivers.h"
+#include "ptz/drivers/pm_pelco_family.h"
 
 const PTZCntlOpt CntlOpt_ExtPelcoP = {10, 0xFE802002};
 
 namespace {
 
+using Arg = PelcoArg;
+
 constexpr uint32_t kFrameLength = 8;
-constexpr int32_t kSpeedZero = 4;         // level 0: start slowly, the status routine ramps up
-constexpr uint32_t kSpeedMin = 1;
-constexpr int32_t kSpeedMax = 63;
-constexpr uint8_t kRampMiddleSpeed = 24;
-constexpr uint8_t kRampTopSpeed = 56;
-constexpr uint32_t kNumberMax = 32;       // presets and tour length 1..32
-constexpr uint8_t kGoToPreset = 0x07;     // data 2 of go-to-preset
-
-// What a command puts into data 3 and data 4.
-enum class Arg : uint8_t {
-    Fixed,       // data 3 = yData3, data 4 = yData4
-    Pan,         // data 3 = speed
-    Tilt,        // data 4 = speed
-    PanTilt,     // both = speed
-    Number,      // data 4 = p1, accepted in 1..kNumberMax
-    TourStart,   // no frame; p1 accepted in 1..kNumberMax
-    TourStop,    // no frame
-    Refused,     // no frame, nLastCmd 255: refused anew on every repeat
-};
-
-struct Code {
-    uint8_t nCode;
-    uint8_t yData1;
-    uint8_t yData2;
-    Arg eArg;
-    uint8_t yData3;
-    uint8_t yData4;
-    bool bKeeps;     // nLastCmd stays the code after sending (held actions), else 255
-};
+constexpr uint8_t kNumberMax = 32;        // presets and tour length 1..32
 
 // Codes not listed (among them automatic pan and the joystick) are unsupported: nothing is sent and
 // the code becomes nLastCmd. With this camera family AuxOn1 / AuxOff1 start and end recording a
 // pattern and AuxOn2 runs it; AuxOff2 is a plain stop. Camera off is data 1 = 0x01, unlike
-// Pelco-P, and focus and iris carry 1 in both speed bytes; all deliberate.
-constexpr Code kCodes[] = {
+// Pelco-P, and focus and iris carry 1 in both speed bytes; all deliberate. Numbered rows and the
+// tour carry their highest number in data 4.
+constexpr PelcoCode kCodes[] = {
     {PTZCmd_FocusNear, 0x02, 0x00, Arg::Fixed, 1, 1, true},
     {PTZCmd_Ext4, 0x00, 0x00, Arg::Refused, 0, 0, false},
     {PTZCmd_FocusFar, 0x01, 0x00, Arg::Fixed, 1, 1, true},
@@ -67,8 +43,8 @@ constexpr Code kCodes[] = {
     {PTZCmd_DownLeft, 0x00, 0x14, Arg::PanTilt, 0, 0, true},
     {PTZCmd_Down, 0x00, 0x10, Arg::Tilt, 0, 0, true},
     {PTZCmd_DownRight, 0x00, 0x12, Arg::PanTilt, 0, 0, true},
-    {PTZCmd_PresetSet, 0x00, 0x03, Arg::Number, 0, 0, false},
-    {PTZCmd_PresetTour, 0x00, 0x00, Arg::TourStart, 0, 0, false},
+    {PTZCmd_PresetSet, 0x00, 0x03, Arg::Number, 0, kNumberMax, false},
+    {PTZCmd_PresetTour, 0x00, 0x00, Arg::TourStart, 0, kNumberMax, false},
     {PTZCmd_IrisOpen, 0x04, 0x00, Arg::Fixed, 1, 1, false},
     {PTZCmd_IrisClose, 0x08, 0x00, Arg::Fixed, 1, 1, false},
     {PTZCmd_FocusNearStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
@@ -89,16 +65,10 @@ constexpr Code kCodes[] = {
     {PTZCmd_IrisCloseStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
     {PTZCmd_AuxOn1, 0x00, 0x1F, Arg::Fixed, 0, 0, false},
     {PTZCmd_AuxOn2, 0x00, 0x23, Arg::Fixed, 0, 0, false},
-    {PTZCmd_PresetGo, 0x00, kGoToPreset, Arg::Number, 0, 0, false},
+    {PTZCmd_PresetGo, 0x00, kPelcoGoToPreset, Arg::Number, 0, kNumberMax, false},
     {PTZCmd_AuxOff1, 0x00, 0x21, Arg::Fixed, 0, 0, false},
     {PTZCmd_AuxOff2, 0x00, 0x00, Arg::Fixed, 0, 0, false},
 };
-
-const Code* FindCode(uint32_t nCmd) {
-    for (const Code& c : kCodes)
-        if (c.nCode == nCmd) return &c;
-    return nullptr;
-}
 
 // Appends the check byte to the frame of nBody bytes and returns the number of frames (1). The
 // start byte and the end byte (the last of the body) are left out of the check.
@@ -123,68 +93,19 @@ int32_t Frame(uint32_t nAddress, PTZPacket* ptPacket, uint8_t yData1, uint8_t yD
     return ExtPelcoPFinish(ptPacket, kFrameLength - 1);
 }
 
-// The frame of a move with ySpeed in the data byte(s) the move uses.
-int32_t MoveFrame(uint32_t nAddress, PTZPacket* ptPacket, const Code& c, uint8_t ySpeed) {
-    const bool bPan = c.eArg == Arg::Pan || c.eArg == Arg::PanTilt;
-    const bool bTilt = c.eArg == Arg::Tilt || c.eArg == Arg::PanTilt;
-    return Frame(nAddress, ptPacket, c.yData1, c.yData2, bPan ? ySpeed : 0, bTilt ? ySpeed : 0);
-}
+// The builder stores only tours of 1..32 presets, but a refused tour start still becomes the
+// previous command, and the poller may be armed by an earlier ramp: with no tour ever stored the
+// count is 0, an empty tour: nothing to visit, disarm.
+constexpr PelcoDriver kExtPelcoP = {kCodes, Frame, PelcoEmptyTour::Disarm};
+static_assert(PelcoCoversMoves(kCodes));
 
 }  // namespace
 
 int32_t BuildCmd_ExtPelcoP(uint32_t nAddress, PTZPacket* atPacket, PTZChannelState* ptState,
                            uint32_t) {
-    if (PTZBuildBegin(ptState, kPTZMoveMask)) return 0;
-    const Code* c = FindCode(ptState->nCmd);
-    if (c == nullptr) {
-        ptState->nLastCmd = ptState->nCmd;
-        return 0;
-    }
-    // Also the outcome of a refused code or number: those rows never keep their code.
-    ptState->nLastCmd = c->bKeeps ? ptState->nCmd : kPTZCmdNone;
-    const uint32_t n = static_cast<uint32_t>(ptState->nParam1);
-    switch (c->eArg) {
-    case Arg::Fixed:
-        return Frame(nAddress, atPacket, c->yData1, c->yData2, c->yData3, c->yData4);
-    case Arg::Pan:
-    case Arg::Tilt:
-    case Arg::PanTilt:
-        return MoveFrame(nAddress, atPacket, *c,
-                         static_cast<uint8_t>(ConvertSpeed(n, kSpeedZero, kSpeedMin, kSpeedMax)));
-    case Arg::Number:
-        if (n < 1 || n > kNumberMax) return 0;
-        return Frame(nAddress, atPacket, c->yData1, c->yData2, 0, static_cast<uint8_t>(n));
-    case Arg::TourStart:
-        if (n >= 1 && n <= kNumberMax) PTZTourStart(ptState, n);
-        return 0;
-    case Arg::TourStop:
-        PTZTourStop(ptState);
-        return 0;
-    case Arg::Refused:
-        return 0;
-    }
-    return 0;
+    return PelcoBuildCmd(kExtPelcoP, nAddress, atPacket, ptState);
 }
 
 int32_t CheckStatus_ExtPelcoP(uint32_t nAddress, PTZPacket* atPacket, PTZChannelState* ptState) {
-    switch (PTZStatusPlan(ptState, kPTZMoveMask)) {
-    case PTZStatusStep::RampMiddle:
-        return MoveFrame(nAddress, atPacket, *FindCode(ptState->nPrevCmd), kRampMiddleSpeed);
-    case PTZStatusStep::RampTop:
-        return MoveFrame(nAddress, atPacket, *FindCode(ptState->nPrevCmd), kRampTopSpeed);
-    case PTZStatusStep::TourStep:
-        // The builder stores only tours of 1..32 presets, but a refused tour start still becomes
-        // the previous command, and the poller may be armed by an earlier ramp: with no tour ever
-        // stored the count is 0, an empty tour: nothing to visit, disarm.
-        if (ptState->nTourCount == 0) {
-            ptState->bStatusActive = 0;
-            return 0;
-        }
-        return Frame(nAddress, atPacket, 0x00, kGoToPreset, 0,
-                     static_cast<uint8_t>(PTZTourAdvance(ptState)));
-    case PTZStatusStep::Idle:
-    case PTZStatusStep::Disarmed:
-        break;
-    }
-    return 0;
+    return PelcoCheckStatus(kExtPelcoP, nAddress, atPacket, ptState);
 }

@@ -8,95 +8,66 @@
 //   data 2   tilt speed, or a preset / pattern / option number, or 0
 //   check    (byte 1 + ... + byte 5) mod 256
 #include "ptz/drivers/pm_drivers.h"
+#include "ptz/drivers/pm_pelco_family.h"
 
 const PTZCntlOpt CntlOpt_PelcoD = {10, 0xFC08E503};
 
 namespace {
 
+using Arg = PelcoArg;
+
 constexpr uint32_t kFrameLength = 7;
-constexpr int32_t kSpeedZero = 4;         // level 0: start slowly, the status routine ramps up
-constexpr uint32_t kSpeedMin = 1;
-constexpr int32_t kSpeedMax = 63;
-constexpr uint8_t kRampMiddleSpeed = 24;
-constexpr uint8_t kRampTopSpeed = 56;
-constexpr uint8_t kGoToPreset = 0x07;     // command 2 of go-to-preset
 
-// What a command puts into the data bytes.
-enum class Arg : uint8_t {
-    Fixed,       // data 1 = 0, data 2 = yData2
-    Pan,         // data 1 = speed
-    Tilt,        // data 2 = speed
-    PanTilt,     // both = speed
-    Number,      // data 2 = p1, accepted in 1..yData2
-    Joystick,    // command 2 from the axis directions, data = pan and tilt magnitudes
-    TourStart,   // no frame; p1 taken unchecked
-    TourStop,    // no frame
-};
-
-struct Code {
-    uint8_t nCode;
-    uint8_t yCmd1;
-    uint8_t yCmd2;
-    Arg eArg;
-    uint8_t yData2;
-    bool bKeeps;     // nLastCmd stays the code after sending (held actions), else 255
-};
-
-// Codes not listed are unsupported: nothing is sent and the code becomes nLastCmd.
+// Codes not listed are unsupported: nothing is sent and the code becomes nLastCmd. Numbered rows
+// carry their highest number in data 2; the tour count is taken unchecked (data 2 = 0).
 // Both asymmetries below are deliberate: FocusAuto and MenuOn keep their code while IrisAuto does
 // not, and the menu is opened with set-preset 95 but has no frame to close it.
-constexpr Code kCodes[] = {
-    {PTZCmd_AutoPan, 0x90, 0x00, Arg::Fixed, 0, false},
-    {PTZCmd_FocusNear, 0x01, 0x00, Arg::Fixed, 0, true},
-    {PTZCmd_FocusFar, 0x00, 0x80, Arg::Fixed, 0, true},
-    {PTZCmd_ZoomWide, 0x00, 0x40, Arg::Fixed, 0, true},
-    {PTZCmd_ZoomTele, 0x00, 0x20, Arg::Fixed, 0, true},
-    {PTZCmd_UpLeft, 0x00, 0x0C, Arg::PanTilt, 0, true},
-    {PTZCmd_Up, 0x00, 0x08, Arg::Tilt, 0, true},
-    {PTZCmd_UpRight, 0x00, 0x0A, Arg::PanTilt, 0, true},
-    {PTZCmd_Left, 0x00, 0x04, Arg::Pan, 0, true},
-    {PTZCmd_CameraOn, 0x88, 0x00, Arg::Fixed, 0, false},
-    {PTZCmd_Right, 0x00, 0x02, Arg::Pan, 0, true},
-    {PTZCmd_DownLeft, 0x00, 0x14, Arg::PanTilt, 0, true},
-    {PTZCmd_Down, 0x00, 0x10, Arg::Tilt, 0, true},
-    {PTZCmd_DownRight, 0x00, 0x12, Arg::PanTilt, 0, true},
-    {PTZCmd_PresetSet, 0x00, 0x03, Arg::Number, 255, false},
-    {PTZCmd_PresetTour, 0x00, 0x00, Arg::TourStart, 0, false},
-    {PTZCmd_IrisOpen, 0x02, 0x00, Arg::Fixed, 0, false},
-    {PTZCmd_IrisClose, 0x04, 0x00, Arg::Fixed, 0, false},
-    {PTZCmd_IrisAuto, 0x00, 0x2D, Arg::Fixed, 1, false},
-    {PTZCmd_AutoPanOff, 0x10, 0x00, Arg::Fixed, 0, false},
-    {PTZCmd_FocusNearStop, 0x00, 0x00, Arg::Fixed, 0, false},
-    {PTZCmd_FocusFarStop, 0x00, 0x00, Arg::Fixed, 0, false},
-    {PTZCmd_ZoomWideStop, 0x00, 0x00, Arg::Fixed, 0, false},
-    {PTZCmd_ZoomTeleStop, 0x00, 0x00, Arg::Fixed, 0, false},
-    {PTZCmd_UpLeftStop, 0x00, 0x00, Arg::Fixed, 0, false},
-    {PTZCmd_UpStop, 0x00, 0x00, Arg::Fixed, 0, false},
-    {PTZCmd_UpRightStop, 0x00, 0x00, Arg::Fixed, 0, false},
-    {PTZCmd_LeftStop, 0x00, 0x00, Arg::Fixed, 0, false},
-    {PTZCmd_CameraOff, 0x08, 0x00, Arg::Fixed, 0, false},
-    {PTZCmd_RightStop, 0x00, 0x00, Arg::Fixed, 0, false},
-    {PTZCmd_DownLeftStop, 0x00, 0x00, Arg::Fixed, 0, false},
-    {PTZCmd_DownStop, 0x00, 0x00, Arg::Fixed, 0, false},
-    {PTZCmd_DownRightStop, 0x00, 0x00, Arg::Fixed, 0, false},
-    {PTZCmd_PresetTourStop, 0x00, 0x00, Arg::TourStop, 0, false},
-    {PTZCmd_IrisOpenStop, 0x00, 0x00, Arg::Fixed, 0, false},
-    {PTZCmd_IrisCloseStop, 0x00, 0x00, Arg::Fixed, 0, false},
-    {PTZCmd_IrisAutoOff, 0x00, 0x2D, Arg::Fixed, 2, false},
-    {PTZCmd_FocusAuto, 0x00, 0x2B, Arg::Fixed, 1, true},
-    {PTZCmd_MenuOn, 0x00, 0x03, Arg::Fixed, 95, true},
-    {PTZCmd_RunPattern, 0x00, 0x23, Arg::Number, 32, false},
-    {PTZCmd_PresetGo, 0x00, kGoToPreset, Arg::Number, 255, false},
-    {PTZCmd_Joystick, 0x00, 0x00, Arg::Joystick, 0, false},
-    {PTZCmd_FocusAutoOff, 0x00, 0x2B, Arg::Fixed, 2, false},
-    {PTZCmd_JoystickStop, 0x00, 0x00, Arg::Fixed, 0, false},
+constexpr PelcoCode kCodes[] = {
+    {PTZCmd_AutoPan, 0x90, 0x00, Arg::Fixed, 0, 0, false},
+    {PTZCmd_FocusNear, 0x01, 0x00, Arg::Fixed, 0, 0, true},
+    {PTZCmd_FocusFar, 0x00, 0x80, Arg::Fixed, 0, 0, true},
+    {PTZCmd_ZoomWide, 0x00, 0x40, Arg::Fixed, 0, 0, true},
+    {PTZCmd_ZoomTele, 0x00, 0x20, Arg::Fixed, 0, 0, true},
+    {PTZCmd_UpLeft, 0x00, 0x0C, Arg::PanTilt, 0, 0, true},
+    {PTZCmd_Up, 0x00, 0x08, Arg::Tilt, 0, 0, true},
+    {PTZCmd_UpRight, 0x00, 0x0A, Arg::PanTilt, 0, 0, true},
+    {PTZCmd_Left, 0x00, 0x04, Arg::Pan, 0, 0, true},
+    {PTZCmd_CameraOn, 0x88, 0x00, Arg::Fixed, 0, 0, false},
+    {PTZCmd_Right, 0x00, 0x02, Arg::Pan, 0, 0, true},
+    {PTZCmd_DownLeft, 0x00, 0x14, Arg::PanTilt, 0, 0, true},
+    {PTZCmd_Down, 0x00, 0x10, Arg::Tilt, 0, 0, true},
+    {PTZCmd_DownRight, 0x00, 0x12, Arg::PanTilt, 0, 0, true},
+    {PTZCmd_PresetSet, 0x00, 0x03, Arg::Number, 0, 255, false},
+    {PTZCmd_PresetTour, 0x00, 0x00, Arg::TourStart, 0, 0, false},
+    {PTZCmd_IrisOpen, 0x02, 0x00, Arg::Fixed, 0, 0, false},
+    {PTZCmd_IrisClose, 0x04, 0x00, Arg::Fixed, 0, 0, false},
+    {PTZCmd_IrisAuto, 0x00, 0x2D, Arg::Fixed, 0, 1, false},
+    {PTZCmd_AutoPanOff, 0x10, 0x00, Arg::Fixed, 0, 0, false},
+    {PTZCmd_FocusNearStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
+    {PTZCmd_FocusFarStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
+    {PTZCmd_ZoomWideStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
+    {PTZCmd_ZoomTeleStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
+    {PTZCmd_UpLeftStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
+    {PTZCmd_UpStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
+    {PTZCmd_UpRightStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
+    {PTZCmd_LeftStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
+    {PTZCmd_CameraOff, 0x08, 0x00, Arg::Fixed, 0, 0, false},
+    {PTZCmd_RightStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
+    {PTZCmd_DownLeftStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
+    {PTZCmd_DownStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
+    {PTZCmd_DownRightStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
+    {PTZCmd_PresetTourStop, 0x00, 0x00, Arg::TourStop, 0, 0, false},
+    {PTZCmd_IrisOpenStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
+    {PTZCmd_IrisCloseStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
+    {PTZCmd_IrisAutoOff, 0x00, 0x2D, Arg::Fixed, 0, 2, false},
+    {PTZCmd_FocusAuto, 0x00, 0x2B, Arg::Fixed, 0, 1, true},
+    {PTZCmd_MenuOn, 0x00, 0x03, Arg::Fixed, 0, 95, true},
+    {PTZCmd_RunPattern, 0x00, 0x23, Arg::Number, 0, 32, false},
+    {PTZCmd_PresetGo, 0x00, kPelcoGoToPreset, Arg::Number, 0, 255, false},
+    {PTZCmd_Joystick, 0x00, 0x00, Arg::Joystick, 0, 0, false},
+    {PTZCmd_FocusAutoOff, 0x00, 0x2B, Arg::Fixed, 0, 2, false},
+    {PTZCmd_JoystickStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
 };
-
-const Code* FindCode(uint32_t nCmd) {
-    for (const Code& c : kCodes)
-        if (c.nCode == nCmd) return &c;
-    return nullptr;
-}
 
 // Appends the check byte to the frame of nBody bytes and returns the number of frames (1).
 int32_t PelcoDFinish(PTZPacket* ptPacket, uint32_t nBody) {
@@ -119,77 +90,17 @@ int32_t Frame(uint32_t nAddress, PTZPacket* ptPacket, uint8_t yCmd1, uint8_t yCm
     return PelcoDFinish(ptPacket, kFrameLength - 1);
 }
 
-// The frame of a move with ySpeed in the data byte(s) the move uses.
-int32_t MoveFrame(uint32_t nAddress, PTZPacket* ptPacket, const Code& c, uint8_t ySpeed) {
-    const bool bPan = c.eArg == Arg::Pan || c.eArg == Arg::PanTilt;
-    const bool bTilt = c.eArg == Arg::Tilt || c.eArg == Arg::PanTilt;
-    return Frame(nAddress, ptPacket, c.yCmd1, c.yCmd2, bPan ? ySpeed : 0, bTilt ? ySpeed : 0);
-}
-
-// Command 2 of a proportional move: zoom, pan and tilt directions from bit 7 of each axis.
-uint8_t JoystickDirections(uint32_t nPan, uint32_t nTilt, uint32_t nZoom) {
-    uint8_t y = 0;
-    if (nZoom & 0x7F) y |= (nZoom & 0x80) ? 0x20 : 0x40;
-    if (nPan & 0x3F) y |= (nPan & 0x80) ? 0x04 : 0x02;
-    if (nTilt & 0x3F) y |= (nTilt & 0x80) ? 0x08 : 0x10;
-    return y;
-}
+// A tour of 0 presets is accepted by the builder; it is an empty tour: nothing to visit, so the
+// poller disarms instead of stepping.
+constexpr PelcoDriver kPelcoD = {kCodes, Frame, PelcoEmptyTour::Disarm};
+static_assert(PelcoCoversMoves(kCodes));
 
 }  // namespace
 
 int32_t BuildCmd_PelcoD(uint32_t nAddress, PTZPacket* atPacket, PTZChannelState* ptState, uint32_t) {
-    if (PTZBuildBegin(ptState, kPTZMoveMask)) return 0;
-    const Code* c = FindCode(ptState->nCmd);
-    if (c == nullptr) {
-        ptState->nLastCmd = ptState->nCmd;
-        return 0;
-    }
-    // Also the outcome of a refused number: rows with a number never keep their code.
-    ptState->nLastCmd = c->bKeeps ? ptState->nCmd : kPTZCmdNone;
-    const uint32_t n = static_cast<uint32_t>(ptState->nParam1);
-    switch (c->eArg) {
-    case Arg::Fixed:
-        return Frame(nAddress, atPacket, c->yCmd1, c->yCmd2, 0, c->yData2);
-    case Arg::Pan:
-    case Arg::Tilt:
-    case Arg::PanTilt:
-        return MoveFrame(nAddress, atPacket, *c,
-                         static_cast<uint8_t>(ConvertSpeed(n, kSpeedZero, kSpeedMin, kSpeedMax)));
-    case Arg::Number:
-        if (n < 1 || n > c->yData2) return 0;
-        return Frame(nAddress, atPacket, c->yCmd1, c->yCmd2, 0, static_cast<uint8_t>(n));
-    case Arg::Joystick:
-        return Frame(nAddress, atPacket, 0x00,
-                     JoystickDirections(n, ptState->nParam2, ptState->nParam3),
-                     static_cast<uint8_t>(n & 0x3F), static_cast<uint8_t>(ptState->nParam2 & 0x3F));
-    case Arg::TourStart:
-        PTZTourStart(ptState, n);
-        return 0;
-    case Arg::TourStop:
-        PTZTourStop(ptState);
-        return 0;
-    }
-    return 0;
+    return PelcoBuildCmd(kPelcoD, nAddress, atPacket, ptState);
 }
 
 int32_t CheckStatus_PelcoD(uint32_t nAddress, PTZPacket* atPacket, PTZChannelState* ptState) {
-    switch (PTZStatusPlan(ptState, kPTZMoveMask)) {
-    case PTZStatusStep::RampMiddle:
-        return MoveFrame(nAddress, atPacket, *FindCode(ptState->nPrevCmd), kRampMiddleSpeed);
-    case PTZStatusStep::RampTop:
-        return MoveFrame(nAddress, atPacket, *FindCode(ptState->nPrevCmd), kRampTopSpeed);
-    case PTZStatusStep::TourStep:
-        // A tour of 0 presets is accepted by the builder; it is an empty tour: nothing to visit,
-        // so the poller disarms instead of stepping.
-        if (ptState->nTourCount == 0) {
-            ptState->bStatusActive = 0;
-            return 0;
-        }
-        return Frame(nAddress, atPacket, 0x00, kGoToPreset, 0,
-                     static_cast<uint8_t>(PTZTourAdvance(ptState)));
-    case PTZStatusStep::Idle:
-    case PTZStatusStep::Disarmed:
-        break;
-    }
-    return 0;
+    return PelcoCheckStatus(kPelcoD, nAddress, atPacket, ptState);
 }
