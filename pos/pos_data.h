@@ -1,0 +1,16 @@
+// Text insertion: selection of the model, polling of its input (serial line or FIFO), and the
+// daily record file.
+#pragma once
+#include <cstdint>
+
+uint32_t GetNumberOfPosModel();
+// Start-up publishing: model count and names into the shared block, and nPosModel reset to 0 when
+// it is not below the count.
+void PosPublishModels();
+// Selects a model: line setting, layout into the shared block, set-up, reopening of the input.
+// 0 success (also when the new input cannot be opened), 1 failure with nothing changed.
+uint32_t PosModelInit(uint32_t nModel);
+// One polling step: 1 when nothing could be read, 0 otherwise.
+uint32_t ReceivePosData();
+uint32_t PosFifoOpen(uint32_t nModel);
+uint32_t PosFifoClose();
