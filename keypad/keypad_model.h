@@ -15,3 +15,18 @@ struct KeypadModel {
     KeypadCheckStatusFn CheckStatus;
     char sName[64];
 };
+
+// The keypad models; the index is the model number the recorder stores in the shared block.
+constexpr uint32_t kKeypadModelCount = 7;
+extern const KeypadModel ptKeypadModelDatabase[kKeypadModelCount];
+uint32_t GetNumberOfKeypadModel();
+
+// Keypad-1 (km_Malvoren).
+extern const struct termios TermSet_Malvoren;
+uint8_t CheckCmd_Malvoren(const uint8_t* bytes, int* length);
+uint8_t ProcCmd_Malvoren(const uint8_t* bytes, int length);
+
+// WONWOO WTX-1200A (km_WTX_1200A).
+extern const struct termios TermSet_WTX;
+uint8_t CheckCmd_WTX(const uint8_t* bytes, int* length);
+uint8_t ProcCmd_WTX(const uint8_t* bytes, int length);
