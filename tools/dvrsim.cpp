@@ -19,7 +19,7 @@
 
 namespace {
 
-const SimCommand* const kTables[] = {CoreSimCommands()};
+const SimCommand* const kTables[] = {CoreSimCommands(), KeypadSimCommands(), PosSimCommands()};
 
 void Help() {
     std::puts("commands (one a line; # starts a comment):");

@@ -38,3 +38,41 @@ std::vector<std::string> WaitPosRecords(size_t count, int timeout_ms);
 std::vector<std::string> InetdRegistrations();
 // Seconds of a record's time ("TAG|seconds.hh|..."), 0 when it has none.
 uint32_t PosRecordSeconds(const std::string& record);
+// Number of records in all daily files together (their sizes in 128-byte slots).
+size_t PosRecordCount();
+
+// Text typed in a command, as bytes: \n \r \t \e (ESC) \\ and \xH or \xHH stand for their
+// bytes; a backslash before anything else stands for itself.
+std::string PosUnescape(const std::string& text);
+// The reverse, for display: printable ASCII as it is, the rest as escapes.
+std::string PosEscape(const std::string& bytes);
+
+// What an APER Chomguard packet may carry wrong on purpose.
+enum class AperFault { kNone, kDataSum, kTransportSum, kEndMarker };
+// A whole APER Chomguard packet: start pattern, the three numbers of the record (byte 4, byte 11,
+// 16 bits at 9), length, data block with the text, both checksums and the end marker.
+std::string AperPacket(uint8_t yFirst, uint8_t ySecond, uint16_t wThird, const std::string& text,
+                       AperFault fault = AperFault::kNone);
+
+// One bundle of bank notes paid out by an ATM.
+struct AtmNotes {
+    int nDenomination;
+    int nCount;
+};
+// The journal lines (each ending in a newline) of one Friendly Info ATM withdrawal starting at
+// time t: start, the card request with the account (left out when the account is empty), the
+// notes presented (left out when there are none, as for an inquiry), end.
+std::vector<std::string> AtmJournal(time_t t, const std::string& account, const std::vector<AtmNotes>& notes);
+
+// One column of a display-and-record layout, as the shared block holds it.
+struct PosColumn {
+    std::string sLabel;
+    uint32_t nClass;   // 1 code or number, 2 short text, 3 time, 4 text, 5 amount
+    uint32_t nAlign;   // 1 left, 2 centred, 3 right
+};
+// Reads a 452-byte layout byte by byte (little-endian); at most 8 columns.
+std::vector<PosColumn> PosLayoutColumns(const uint8_t* pyLayout);
+// Renders records as a table: a header, then one row per record with its model tag and its
+// fields under the layout's labels and alignments, times in local time; fields beyond the layout
+// are joined in a last column "+". Without columns the records are listed as they are.
+std::string PosRecordTable(const std::vector<PosColumn>& columns, const std::vector<std::string>& records);
