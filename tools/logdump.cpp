@@ -21,6 +21,7 @@
 
 #include "lib/log/log.h"
 #include "lib/log/log_reader.h"
+#include "tools/sim/log_view.h"
 #include "tools/sim/sandbox_guard.h"
 
 namespace {
@@ -60,22 +61,6 @@ std::string ResolvedDir(const Source& source) {
 bool IsRecorderSource(const Source& source) {
     std::string dir = ResolvedDir(source);
     return UnderDir(dir, kLogDiskDir) || UnderDir(dir, kLogDocDir);
-}
-
-void PrintItem(const LogSearchItem& item) {
-    const LogRecord& r = item.tData;
-    time_t t = static_cast<time_t>(r.tTime);
-    struct tm local;
-    char when[32] = "?";
-    if (localtime_r(&t, &local) != nullptr) std::strftime(when, sizeof when, "%Y-%m-%d %H:%M:%S", &local);
-    std::printf("%-20s %6u  %s  %4u  ", item.sFile, item.nIndex, when, r.nType);
-    if (LogTypeHasText(r.nType)) {
-        char text[kLogTextMax + 1];
-        LogRecordText(&r, text);
-        std::printf("\"%s\"\n", text);
-    } else {
-        std::printf("%u %u %u %u %u\n", r.nParam[0], r.nParam[1], r.nParam[2], r.nParam[3], r.nParam[4]);
-    }
 }
 
 }  // namespace
@@ -120,7 +105,7 @@ int main(int argc, char** argv) {
             std::fprintf(stderr, "logdump: cannot read %s\n", path);
             status = 1;
         }
-        for (uint32_t k = 0; k < list.nCount; ++k) PrintItem(list.ptItem[k]);
+        for (uint32_t k = 0; k < list.nCount; ++k) PrintLogItem(list.ptItem[k]);
         LogReadAck(&list);
     }
     return status;

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "tools/sim/log_view.h"
 #include "tools/sim/names.h"
 #include "tools/sim/session.h"
 
@@ -157,6 +158,11 @@ void Echo(SimSession& sim, const SimArgs& a) {
 
 void Kill(SimSession& sim, const SimArgs&) { sim.rec.Kill(); }
 
+void Logs(SimSession& sim, const SimArgs&) {
+    sim.Pump(0);
+    PrintRecorderLogs();
+}
+
 const SimCommand kCore[] = {
     {"set", "FIELD VALUE   ptz CH MODEL ADDR | lastcmd CH SRC CMD [P..] | channels | keypad | keypadid |\n"
             "               text | variant | port | keyflags | features | store | outputs | menu |\n"
@@ -172,6 +178,7 @@ const SimCommand kCore[] = {
     {"show", "models|history|lastcmd   what the process published in the shared block", Show},
     {"echo", "TEXT          print a caption", Echo},
     {"kill", "              kill the process", Kill},
+    {"logs", "              the event-log records on disk and flash, in local time", Logs},
     {nullptr, nullptr, nullptr},
 };
 }  // namespace
