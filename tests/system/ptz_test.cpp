@@ -8,31 +8,31 @@ namespace {
 
 constexpr uint32_t kPelcoD2400 = 12, kPelcoD9600 = 14, kPelcoP4800 = 18, kAN200 = 15;
 
-TEST_F(SystemTest, PelcoDMoveReachesTheLineDecodedWithItsSetting) {
+// Frames leave decoded as the camera reads them, each with the line setting of its own model
+// (one at a time: the observer reads the setting when the bytes arrive).
+TEST_F(SystemTest, FramesReachTheLineWithTheirModelsSetting) {
     Camera(0, kPelcoD9600, 1);
-    ASSERT_TRUE(StartAndWait());
-    Ptz(0, 15, 8);   // pan left, fastest
-    auto frames = CollectPtz(1000, 1);
-    ASSERT_EQ(frames.size(), 1u);
-    EXPECT_EQ(frames[0].abData, Bytes({0xFF, 0x01, 0x00, 0x04, 0x3F, 0x00, 0x44}));
-    EXPECT_EQ(frames[0].Describe(), "Pelco-D addr 1: pan left 63");
-    EXPECT_EQ(frames[0].sSetting, "9600 8N1");
-    EXPECT_EQ(StopAndWait(), 0);
-}
-
-TEST_F(SystemTest, LineFollowsTheModelOfEachFrame) {
-    Camera(0, kPelcoD2400, 1);
     Camera(1, kPelcoP4800, 1);
+    Camera(2, kPelcoD2400, 1);
     ASSERT_TRUE(StartAndWait());
+    const struct {
+        uint32_t ch, cmd, p1;
+        std::vector<uint8_t> bytes;
+        const char* setting;
+    } cases[] = {
+        {0, 15, 8, Bytes({0xFF, 0x01, 0x00, 0x04, 0x3F, 0x00, 0x44}), "9600 8N1"},
+        {1, 80, 1, Bytes({0xA0, 0x00, 0x00, 0x07, 0x00, 0x01, 0xAF, 0x09}), "4800 8N1"},
+        {2, 80, 1, Bytes({0xFF, 0x01, 0x00, 0x07, 0x00, 0x01, 0x09}), "2400 8N1"},
+    };
+    for (const auto& c : cases) {
+        Ptz(c.ch, c.cmd, c.p1);
+        auto frames = CollectPtz(1000, 1);
+        ASSERT_EQ(frames.size(), 1u) << c.ch;
+        EXPECT_EQ(frames[0].abData, c.bytes) << c.ch;
+        EXPECT_EQ(frames[0].sSetting, c.setting) << c.ch;
+    }
     Ptz(0, 80, 1);
-    auto a = CollectPtz(1000, 1);
-    ASSERT_EQ(a.size(), 1u);
-    EXPECT_EQ(a[0].sSetting, "2400 8N1");
-    Ptz(1, 80, 1);
-    auto b = CollectPtz(1000, 1);
-    ASSERT_EQ(b.size(), 1u);
-    EXPECT_EQ(b[0].abData, Bytes({0xA0, 0x00, 0x00, 0x07, 0x00, 0x01, 0xAF, 0x09}));
-    EXPECT_EQ(b[0].sSetting, "4800 8N1");
+    EXPECT_EQ(CollectPtz(1000, 1).at(0).Describe(), "Pelco-D addr 1: go to preset 1");
     EXPECT_EQ(StopAndWait(), 0);
 }
 
@@ -60,7 +60,10 @@ protected:
             if (f.abData.size() == 7 && f.abData[1] == 1) times.push_back(f.tSeconds);
         ASSERT_EQ(times.size(), 6u);
         constexpr double kTick = 0.010, kJitter = 0.003;
-        for (size_t i = 1; i < times.size(); ++i) EXPECT_GE(times[i] - times[i - 1], gap - kTick - kJitter) << i;
+        // Two frames read in one chunk (the observer was late) tell nothing about their gap; the
+        // span over all five gaps still does.
+        for (size_t i = 1; i < times.size(); ++i)
+            if (times[i] != times[i - 1]) EXPECT_GE(times[i] - times[i - 1], gap - kTick - kJitter) << i;
         EXPECT_GE(times[5] - times[0], 5 * gap - kTick - kJitter);
         EXPECT_EQ(frames.size(), 7u);   // the other channel's frame was not held back by them
         EXPECT_EQ(StopAndWait(), 0);
@@ -82,15 +85,6 @@ TEST_F(SystemTest, RepeatedMoveIsSentOnceUntilSomethingElseArrives) {
     ASSERT_EQ(frames.size(), 3u);
     EXPECT_EQ(frames[0].tText.sWords, frames[2].tText.sWords);
     EXPECT_EQ(frames[1].abData, Bytes({0xFF, 0x03, 0x00, 0x00, 0x00, 0x00, 0x03}));
-    EXPECT_EQ(StopAndWait(), 0);
-}
-
-TEST_F(SystemTest, ChannelWithoutCameraIsRefusedAndNothingStored) {
-    Camera(0, 0, 1);
-    ASSERT_TRUE(StartAndWait());
-    Ptz(0, 15, 8);
-    EXPECT_TRUE(CollectPtz(300).empty());
-    EXPECT_EQ(rec->Share().atPtzLastCmd[0].nCmd, 0u);
     EXPECT_EQ(StopAndWait(), 0);
 }
 
@@ -151,13 +145,17 @@ TEST_F(SystemTest, LastCommandIsStoredAndReplayedAfterRestart) {
     EXPECT_EQ(StopAndWait(), 0);
 }
 
-TEST_F(SystemTest, ChannelWithModelOutOfRangeIsResetAndNotReplayed) {
+// A model out of range is reset to none at start; its last command is then not replayed, and a
+// channel without a camera refuses commands and stores nothing.
+TEST_F(SystemTest, ChannelWithoutValidCameraIsRefused) {
     Camera(3, 43, 1);
     rec->Share().atPtzLastCmd[3].nCmd = 80;
     rec->Share().atPtzLastCmd[3].nParam1 = 1;
     ASSERT_TRUE(StartAndWait());
     EXPECT_EQ(rec->Share().atPtz[3].nPtzModel, 0u);
+    Ptz(0, 15, 8);
     EXPECT_TRUE(CollectPtz(300).empty());
+    EXPECT_EQ(rec->Share().atPtzLastCmd[0].nCmd, 0u);
     EXPECT_EQ(StopAndWait(), 0);
 }
 
