@@ -63,7 +63,9 @@ protected:
         // Two frames read in one chunk (the observer was late) tell nothing about their gap; the
         // span over all five gaps still does.
         for (size_t i = 1; i < times.size(); ++i)
-            if (times[i] != times[i - 1]) EXPECT_GE(times[i] - times[i - 1], gap - kTick - kJitter) << i;
+            if (times[i] != times[i - 1]) {
+                EXPECT_GE(times[i] - times[i - 1], gap - kTick - kJitter) << i;
+            }
         EXPECT_GE(times[5] - times[0], 5 * gap - kTick - kJitter);
         EXPECT_EQ(frames.size(), 7u);   // the other channel's frame was not held back by them
         EXPECT_EQ(StopAndWait(), 0);
