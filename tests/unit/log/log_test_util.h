@@ -1,16 +1,14 @@
 // Helpers shared by the event-log and KTT tests: empty log directories and a fresh semaphore set
 // 47 per test, and raw access to the files the library writes.
 #pragma once
-#include <dirent.h>
-#include <fcntl.h>
 #include <sys/sem.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -19,71 +17,41 @@
 #include "lib/log/log.h"
 
 namespace logtest {
-
-inline std::vector<std::string> ListDir(const std::string& dir) {
-    std::vector<std::string> names;
-    if (DIR* d = opendir(dir.c_str())) {
-        while (struct dirent* e = readdir(d))
-            if (e->d_name[0] != '.') names.push_back(e->d_name);
-        closedir(d);
-    }
-    std::sort(names.begin(), names.end());
+inline std::set<std::string> ListDir(const std::string& dir) {
+    std::set<std::string> names;
+    for (const auto& e : std::filesystem::directory_iterator(dir)) names.insert(e.path().filename());
     return names;
 }
 
-inline long FileSize(const std::string& path) {
-    struct stat st;
-    return stat(path.c_str(), &st) == 0 ? static_cast<long>(st.st_size) : -1;
-}
-
 inline std::vector<uint8_t> ReadBytes(const std::string& path) {
-    std::vector<uint8_t> bytes(std::max(FileSize(path), 0L));
-    int fd = open(path.c_str(), O_RDONLY);
-    if (fd >= 0 && read(fd, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size())) bytes.clear();
-    if (fd >= 0) close(fd);
-    return bytes;
+    std::ifstream f(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(f), {}};
 }
 
 inline void WriteBytes(const std::string& path, const std::vector<uint8_t>& bytes) {
-    int fd = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-    ASSERT_GE(fd, 0) << path;
-    ASSERT_EQ(write(fd, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
-    close(fd);
+    ASSERT_TRUE(std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()), bytes.size())) << path;
 }
 
 // Records of one file, or of every file of a directory in name order.
 inline std::vector<LogRecord> ReadRecords(const std::string& path) {
     std::vector<LogRecord> records;
-    struct stat st;
-    if (stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode)) {
-        for (const std::string& name : ListDir(path))
-            for (const LogRecord& r : ReadRecords(path + "/" + name)) records.push_back(r);
-        return records;
-    }
-    std::vector<uint8_t> bytes = ReadBytes(path);
-    for (size_t off = 0; off + kLogRecordSize <= bytes.size(); off += kLogRecordSize) {
-        records.emplace_back();
-        LogRecordFromBytes(bytes.data() + off, &records.back());
+    for (const std::string& name : std::filesystem::is_directory(path) ? ListDir(path) : std::set<std::string>{""}) {
+        const std::vector<uint8_t> bytes = ReadBytes(name.empty() ? path : path + "/" + name);
+        for (size_t off = 0; off + kLogRecordSize <= bytes.size(); off += kLogRecordSize)
+            LogRecordFromBytes(bytes.data() + off, &records.emplace_back());
     }
     return records;
 }
-
-inline int SemValue(int sem) { return semctl(semget(IpcKey(kRecorderIpcId), 0, 0), sem, GETVAL); }
 
 class LogTest : public testing::Test {
 protected:
     void SetUp() override {
         for (const char* dir : {kLogDiskDir, kLogDocDir})
-            for (const std::string& name : ListDir(dir))
-                if (unlink((std::string(dir) + "/" + name).c_str()) != 0) rmdir((std::string(dir) + "/" + name).c_str());
+            for (const std::string& name : ListDir(dir)) std::filesystem::remove_all(std::string(dir) + "/" + name);
         RemoveSems(kRecorderIpcId);
-        const int32_t values[2] = {1, 1};
-        ASSERT_EQ(Semaphores(values, 2, kRecorderIpcId), 0);
+        ASSERT_EQ(Semaphores(std::vector<int32_t>{1, 1}.data(), 2, kRecorderIpcId), 0);
     }
-    void TearDown() override {
-        EXPECT_EQ(SemValue(kLogSemaphore), 1) << "the log semaphore was not given back";
-        RemoveSems(kRecorderIpcId);
-    }
+    // Every path must have given the log semaphore back.
+    void TearDown() override { EXPECT_EQ(semctl(semget(IpcKey(kRecorderIpcId), 0, 0), kLogSemaphore, GETVAL), 1); }
 };
-
 }  // namespace logtest
