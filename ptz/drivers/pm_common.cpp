@@ -52,27 +52,21 @@ bool PTZElapsedMs(uint32_t since, int32_t ms) {
     return TickReached(get_jiffies(), since + static_cast<uint32_t>(MsToTicks(ms)));
 }
 
-namespace {
-constexpr int32_t kRampMiddleMs = 300;
-constexpr int32_t kRampTopMs = 800;
-constexpr int32_t kTourDwellMs = 3000;
-}  // namespace
-
 PTZStatusStep PTZStatusPlan(PTZChannelState* ptState, uint32_t dwRampMask) {
     const uint32_t nPrev = ptState->nPrevCmd;
     if (PTZCodeIn(dwRampMask, nPrev)) {
-        if (PTZElapsedMs(ptState->tCmdClock, kRampTopMs) && ptState->nRampStep == 1) {
+        if (PTZElapsedMs(ptState->tCmdClock, kPTZRampTopMs) && ptState->nRampStep == 1) {
             ptState->nRampStep = 2;
             return PTZStatusStep::RampTop;
         }
-        if (PTZElapsedMs(ptState->tCmdClock, kRampMiddleMs) && ptState->nRampStep == 0) {
+        if (PTZElapsedMs(ptState->tCmdClock, kPTZRampMiddleMs) && ptState->nRampStep == 0) {
             ptState->nRampStep = 1;
             return PTZStatusStep::RampMiddle;
         }
         return PTZStatusStep::Idle;
     }
     if (nPrev == PTZCmd_PresetTour)
-        return PTZElapsedMs(ptState->tStatusClock, kTourDwellMs) ? PTZStatusStep::TourStep
+        return PTZElapsedMs(ptState->tStatusClock, kPTZTourDwellMs) ? PTZStatusStep::TourStep
                                                                  : PTZStatusStep::Idle;
     ptState->bStatusActive = 0;
     return PTZStatusStep::Disarmed;

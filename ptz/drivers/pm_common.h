@@ -122,6 +122,12 @@ void PTZTourStop(PTZChannelState* ptState);
 
 // --- Rules shared by all status routines ------------------------------------------------------
 
+// Timing of the status plan: the ramp of a level-0 move steps up this long after the move's frame;
+// a preset tour dwells this long on each preset.
+constexpr int32_t kPTZRampMiddleMs = 300;
+constexpr int32_t kPTZRampTopMs = 800;
+constexpr int32_t kPTZTourDwellMs = 3000;
+
 enum class PTZStatusStep {
     Idle,        // nothing due now, stay armed
     Disarmed,    // the previous command is no move or tour: polling stopped
