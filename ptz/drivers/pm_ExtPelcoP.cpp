@@ -15,97 +15,70 @@ const PTZCntlOpt CntlOpt_ExtPelcoP = {10, 0xFE802002};
 
 namespace {
 
-using Arg = PelcoArg;
+using enum PTZOp;
 
-constexpr uint32_t kFrameLength = 8;
 constexpr uint8_t kNumberMax = 32;        // presets and tour length 1..32
 
 // Codes not listed (among them automatic pan and the joystick) are unsupported: nothing is sent and
-// the code becomes nLastCmd. With this camera family AuxOn1 / AuxOff1 start and end recording a
-// pattern and AuxOn2 runs it; AuxOff2 is a plain stop. Camera off is data 1 = 0x01, unlike
-// Pelco-P, and focus and iris carry 1 in both speed bytes; all deliberate. Numbered rows and the
-// tour carry their highest number in data 4.
-constexpr PelcoCode kCodes[] = {
-    {PTZCmd_FocusNear, 0x02, 0x00, Arg::Fixed, 1, 1, true},
-    {PTZCmd_Ext4, 0x00, 0x00, Arg::Refused, 0, 0, false},
-    {PTZCmd_FocusFar, 0x01, 0x00, Arg::Fixed, 1, 1, true},
-    {PTZCmd_Ext6, 0x00, 0x00, Arg::Refused, 0, 0, false},
-    {PTZCmd_Ext8, 0x00, 0x00, Arg::Refused, 0, 0, false},
-    {PTZCmd_ZoomWide, 0x00, 0x40, Arg::Fixed, 0, 0, true},
-    {PTZCmd_Ext10, 0x00, 0x00, Arg::Refused, 0, 0, false},
-    {PTZCmd_ZoomTele, 0x00, 0x20, Arg::Fixed, 0, 0, true},
-    {PTZCmd_UpLeft, 0x00, 0x0C, Arg::PanTilt, 0, 0, true},
-    {PTZCmd_Up, 0x00, 0x08, Arg::Tilt, 0, 0, true},
-    {PTZCmd_UpRight, 0x00, 0x0A, Arg::PanTilt, 0, 0, true},
-    {PTZCmd_Left, 0x00, 0x04, Arg::Pan, 0, 0, true},
-    {PTZCmd_CameraOn, 0x40, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_Right, 0x00, 0x02, Arg::Pan, 0, 0, true},
-    {PTZCmd_DownLeft, 0x00, 0x14, Arg::PanTilt, 0, 0, true},
-    {PTZCmd_Down, 0x00, 0x10, Arg::Tilt, 0, 0, true},
-    {PTZCmd_DownRight, 0x00, 0x12, Arg::PanTilt, 0, 0, true},
-    {PTZCmd_PresetSet, 0x00, 0x03, Arg::Number, 0, kNumberMax, false},
-    {PTZCmd_PresetTour, 0x00, 0x00, Arg::TourStart, 0, kNumberMax, false},
-    {PTZCmd_IrisOpen, 0x04, 0x00, Arg::Fixed, 1, 1, false},
-    {PTZCmd_IrisClose, 0x08, 0x00, Arg::Fixed, 1, 1, false},
-    {PTZCmd_FocusNearStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_FocusFarStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_ZoomWideStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_ZoomTeleStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_UpLeftStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_UpStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_UpRightStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_LeftStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_CameraOff, 0x01, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_RightStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_DownLeftStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_DownStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_DownRightStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_PresetTourStop, 0x00, 0x00, Arg::TourStop, 0, 0, false},
-    {PTZCmd_IrisOpenStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_IrisCloseStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_AuxOn1, 0x00, 0x1F, Arg::Fixed, 0, 0, false},
-    {PTZCmd_AuxOn2, 0x00, 0x23, Arg::Fixed, 0, 0, false},
-    {PTZCmd_PresetGo, 0x00, kPelcoGoToPreset, Arg::Number, 0, kNumberMax, false},
-    {PTZCmd_AuxOff1, 0x00, 0x21, Arg::Fixed, 0, 0, false},
-    {PTZCmd_AuxOff2, 0x00, 0x00, Arg::Fixed, 0, 0, false},
+// the code becomes nLastCmd. The model keys 4, 6, 8 and 10 are refused anew each time. With this
+// camera family AuxOn1 / AuxOff1 start and end recording a pattern and AuxOn2 runs it; AuxOff2 is a
+// plain stop. Camera off is data 1 = 0x01, unlike Pelco-P, and focus and iris carry 1 in both speed
+// bytes; all deliberate.
+// clang-format off
+constexpr PTZCode kCodes[] = {
+    {PTZCmd_FocusNear,      Held,        {0x02, 0x00, 1, 1}},
+    {PTZCmd_Ext4,           Silent},
+    {PTZCmd_FocusFar,       Held,        {0x01, 0x00, 1, 1}},
+    {PTZCmd_Ext6,           Silent},
+    {PTZCmd_Ext8,           Silent},
+    {PTZCmd_ZoomWide,       Held,        {0x00, 0x40}},
+    {PTZCmd_Ext10,          Silent},
+    {PTZCmd_ZoomTele,       Held,        {0x00, 0x20}},
+    {PTZCmd_UpLeft,         Move,        {0x00, 0x0C}},
+    {PTZCmd_Up,             Move,        {0x00, 0x08}},
+    {PTZCmd_UpRight,        Move,        {0x00, 0x0A}},
+    {PTZCmd_Left,           Move,        {0x00, 0x04}},
+    {PTZCmd_CameraOn,       Once,        {0x40, 0x00}},
+    {PTZCmd_Right,          Move,        {0x00, 0x02}},
+    {PTZCmd_DownLeft,       Move,        {0x00, 0x14}},
+    {PTZCmd_Down,           Move,        {0x00, 0x10}},
+    {PTZCmd_DownRight,      Move,        {0x00, 0x12}},
+    {PTZCmd_PresetSet,      Number,      {0x00, kPelcoPresetSet}, kNumberMax},
+    {PTZCmd_PresetTour,     TourStart,   {}, kNumberMax},
+    {PTZCmd_IrisOpen,       Once,        {0x04, 0x00, 1, 1}},
+    {PTZCmd_IrisClose,      Once,        {0x08, 0x00, 1, 1}},
+    {kPTZAnyStop,           Once,        {0x00, 0x00}},
+    {PTZCmd_CameraOff,      Once,        {0x01, 0x00}},
+    {PTZCmd_PresetTourStop, TourStop},
+    {PTZCmd_AuxOn1,         Once,        {0x00, 0x1F}},
+    {PTZCmd_AuxOn2,         Once,        {0x00, kPelcoPatternRun}},
+    {PTZCmd_PresetGo,       Number,      {0x00, kPelcoPresetGo}, kNumberMax},
+    {PTZCmd_AuxOff1,        Once,        {0x00, 0x21}},
+    {PTZCmd_AuxOff2,        Once,        {0x00, 0x00}},
+    {PTZCmd_JoystickStop,   Unsupported},
 };
+// clang-format on
+static_assert(PTZCovers(kCodes, kPTZMoveMask));
 
-// Appends the check byte to the frame of nBody bytes and returns the number of frames (1). The
-// start byte and the end byte (the last of the body) are left out of the check.
-int32_t ExtPelcoPFinish(PTZPacket* ptPacket, uint32_t nBody) {
-    uint8_t yCheck = 0;
-    for (uint32_t i = 1; i + 1 < nBody; ++i) yCheck ^= ptPacket->abData[i];
-    ptPacket->abData[nBody] = yCheck;
-    ptPacket->nLength = nBody + 1;
-    return 1;
-}
-
-int32_t Frame(uint32_t nAddress, PTZPacket* ptPacket, uint8_t yData1, uint8_t yData2, uint8_t yData3,
-              uint8_t yData4) {
-    uint8_t* b = ptPacket->abData;
-    b[0] = 0xA0;
-    b[1] = static_cast<uint8_t>(nAddress);
-    b[2] = yData1;
-    b[3] = yData2;
-    b[4] = yData3;
-    b[5] = yData4;
-    b[6] = 0xAF;
-    return ExtPelcoPFinish(ptPacket, kFrameLength - 1);
+// The start byte and the end byte are left out of the check.
+void Write(PTZFrames& out, uint32_t nAddress, const PTZCode& c, const PTZArgs& x) {
+    const PelcoBytes b = PelcoPayload(c, x);
+    out.Start().Put(0xA0).Put(nAddress).Put(b.yCmd1).Put(b.yCmd2).Put(b.yData1).Put(b.yData2);
+    out.Put(0xAF).Check(PTZCheck::Xor, 1, 1);
 }
 
 // The builder stores only tours of 1..32 presets, but a refused tour start still becomes the
 // previous command, and the poller may be armed by an earlier ramp: with no tour ever stored the
 // count is 0, an empty tour: nothing to visit, disarm.
-constexpr PelcoDriver kExtPelcoP = {kCodes, Frame, PelcoEmptyTour::Disarm};
-static_assert(PelcoCoversMoves(kCodes));
+constexpr PTZDriver kExtPelcoP = {kCodes, Write, kPTZPelcoSpeeds, kPTZPelcoSpeeds};
 
 }  // namespace
 
 int32_t BuildCmd_ExtPelcoP(uint32_t nAddress, PTZPacket* atPacket, PTZChannelState* ptState,
                            uint32_t) {
-    return PelcoBuildCmd(kExtPelcoP, nAddress, atPacket, ptState);
+    return PTZBuild(kExtPelcoP, nAddress, atPacket, ptState);
 }
 
 int32_t CheckStatus_ExtPelcoP(uint32_t nAddress, PTZPacket* atPacket, PTZChannelState* ptState) {
-    return PelcoCheckStatus(kExtPelcoP, nAddress, atPacket, ptState);
+    return PTZStatus(kExtPelcoP, nAddress, atPacket, ptState);
 }

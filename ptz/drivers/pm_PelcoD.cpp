@@ -14,93 +14,65 @@ const PTZCntlOpt CntlOpt_PelcoD = {10, 0xFC08E503};
 
 namespace {
 
-using Arg = PelcoArg;
-
-constexpr uint32_t kFrameLength = 7;
+using enum PTZOp;
 
 // Codes not listed are unsupported: nothing is sent and the code becomes nLastCmd. Numbered rows
-// carry their highest number in data 2; the tour count is taken unchecked (data 2 = 0).
-// Both asymmetries below are deliberate: FocusAuto and MenuOn keep their code while IrisAuto does
-// not, and the menu is opened with set-preset 95 but has no frame to close it.
-constexpr PelcoCode kCodes[] = {
-    {PTZCmd_AutoPan, 0x90, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_FocusNear, 0x01, 0x00, Arg::Fixed, 0, 0, true},
-    {PTZCmd_FocusFar, 0x00, 0x80, Arg::Fixed, 0, 0, true},
-    {PTZCmd_ZoomWide, 0x00, 0x40, Arg::Fixed, 0, 0, true},
-    {PTZCmd_ZoomTele, 0x00, 0x20, Arg::Fixed, 0, 0, true},
-    {PTZCmd_UpLeft, 0x00, 0x0C, Arg::PanTilt, 0, 0, true},
-    {PTZCmd_Up, 0x00, 0x08, Arg::Tilt, 0, 0, true},
-    {PTZCmd_UpRight, 0x00, 0x0A, Arg::PanTilt, 0, 0, true},
-    {PTZCmd_Left, 0x00, 0x04, Arg::Pan, 0, 0, true},
-    {PTZCmd_CameraOn, 0x88, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_Right, 0x00, 0x02, Arg::Pan, 0, 0, true},
-    {PTZCmd_DownLeft, 0x00, 0x14, Arg::PanTilt, 0, 0, true},
-    {PTZCmd_Down, 0x00, 0x10, Arg::Tilt, 0, 0, true},
-    {PTZCmd_DownRight, 0x00, 0x12, Arg::PanTilt, 0, 0, true},
-    {PTZCmd_PresetSet, 0x00, 0x03, Arg::Number, 0, 255, false},
-    {PTZCmd_PresetTour, 0x00, 0x00, Arg::TourStart, 0, 0, false},
-    {PTZCmd_IrisOpen, 0x02, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_IrisClose, 0x04, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_IrisAuto, 0x00, 0x2D, Arg::Fixed, 0, 1, false},
-    {PTZCmd_AutoPanOff, 0x10, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_FocusNearStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_FocusFarStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_ZoomWideStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_ZoomTeleStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_UpLeftStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_UpStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_UpRightStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_LeftStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_CameraOff, 0x08, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_RightStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_DownLeftStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_DownStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_DownRightStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_PresetTourStop, 0x00, 0x00, Arg::TourStop, 0, 0, false},
-    {PTZCmd_IrisOpenStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_IrisCloseStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_IrisAutoOff, 0x00, 0x2D, Arg::Fixed, 0, 2, false},
-    {PTZCmd_FocusAuto, 0x00, 0x2B, Arg::Fixed, 0, 1, true},
-    {PTZCmd_MenuOn, 0x00, 0x03, Arg::Fixed, 0, 95, true},
-    {PTZCmd_RunPattern, 0x00, 0x23, Arg::Number, 0, 32, false},
-    {PTZCmd_PresetGo, 0x00, kPelcoGoToPreset, Arg::Number, 0, 255, false},
-    {PTZCmd_Joystick, 0x00, 0x00, Arg::Joystick, 0, 0, false},
-    {PTZCmd_FocusAutoOff, 0x00, 0x2B, Arg::Fixed, 0, 2, false},
-    {PTZCmd_JoystickStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
+// carry their highest number; the tour count is taken unchecked. Both asymmetries below are
+// deliberate: FocusAuto and MenuOn keep their code while IrisAuto does not, and the menu is opened
+// with set-preset 95 but has no frame to close it.
+// clang-format off
+constexpr PTZCode kCodes[] = {
+    {PTZCmd_AutoPan,        Once,      {0x90, 0x00}},
+    {PTZCmd_FocusNear,      Held,      {0x01, 0x00}},
+    {PTZCmd_FocusFar,       Held,      {0x00, 0x80}},
+    {PTZCmd_ZoomWide,       Held,      {0x00, 0x40}},
+    {PTZCmd_ZoomTele,       Held,      {0x00, 0x20}},
+    {PTZCmd_UpLeft,         Move,      {0x00, 0x0C}},
+    {PTZCmd_Up,             Move,      {0x00, 0x08}},
+    {PTZCmd_UpRight,        Move,      {0x00, 0x0A}},
+    {PTZCmd_Left,           Move,      {0x00, 0x04}},
+    {PTZCmd_CameraOn,       Once,      {0x88, 0x00}},
+    {PTZCmd_Right,          Move,      {0x00, 0x02}},
+    {PTZCmd_DownLeft,       Move,      {0x00, 0x14}},
+    {PTZCmd_Down,           Move,      {0x00, 0x10}},
+    {PTZCmd_DownRight,      Move,      {0x00, 0x12}},
+    {PTZCmd_PresetSet,      Number,    {0x00, kPelcoPresetSet}, 255},
+    {PTZCmd_PresetTour,     TourStart},
+    {PTZCmd_IrisOpen,       Once,      {0x02, 0x00}},
+    {PTZCmd_IrisClose,      Once,      {0x04, 0x00}},
+    {PTZCmd_IrisAuto,       Once,      {0x00, 0x2D, 0, 1}},
+    {PTZCmd_AutoPanOff,     Once,      {0x10, 0x00}},
+    {kPTZAnyStop,           Once,      {0x00, 0x00}},
+    {PTZCmd_CameraOff,      Once,      {0x08, 0x00}},
+    {PTZCmd_PresetTourStop, TourStop},
+    {PTZCmd_IrisAutoOff,    Once,      {0x00, 0x2D, 0, 2}},
+    {PTZCmd_FocusAuto,      Held,      {0x00, 0x2B, 0, 1}},
+    {PTZCmd_MenuOn,         Held,      {0x00, kPelcoPresetSet, 0, 95}},
+    {PTZCmd_RunPattern,     Number,    {0x00, kPelcoPatternRun}, 32},
+    {PTZCmd_PresetGo,       Number,    {0x00, kPelcoPresetGo}, 255},
+    {PTZCmd_Joystick,       Joystick},
+    {PTZCmd_FocusAutoOff,   Once,      {0x00, 0x2B, 0, 2}},
 };
+// clang-format on
+static_assert(PTZCovers(kCodes, kPTZMoveMask));
 
-// Appends the check byte to the frame of nBody bytes and returns the number of frames (1).
-int32_t PelcoDFinish(PTZPacket* ptPacket, uint32_t nBody) {
-    uint32_t nSum = 0;
-    for (uint32_t i = 1; i < nBody; ++i) nSum += ptPacket->abData[i];
-    ptPacket->abData[nBody] = static_cast<uint8_t>(nSum);
-    ptPacket->nLength = nBody + 1;
-    return 1;
+void Write(PTZFrames& out, uint32_t nAddress, const PTZCode& c, const PTZArgs& x) {
+    const PelcoBytes b = PelcoPayload(c, x);
+    out.Start().Put(0xFF).Put(nAddress).Put(b.yCmd1).Put(b.yCmd2).Put(b.yData1).Put(b.yData2);
+    out.Check(PTZCheck::Sum8, 1);
 }
-
-int32_t Frame(uint32_t nAddress, PTZPacket* ptPacket, uint8_t yCmd1, uint8_t yCmd2, uint8_t yData1,
-              uint8_t yData2) {
-    uint8_t* b = ptPacket->abData;
-    b[0] = 0xFF;
-    b[1] = static_cast<uint8_t>(nAddress);
-    b[2] = yCmd1;
-    b[3] = yCmd2;
-    b[4] = yData1;
-    b[5] = yData2;
-    return PelcoDFinish(ptPacket, kFrameLength - 1);
-}
-
-// A tour of 0 presets is accepted by the builder; it is an empty tour: nothing to visit, so the
-// poller disarms instead of stepping.
-constexpr PelcoDriver kPelcoD = {kCodes, Frame, PelcoEmptyTour::Disarm};
-static_assert(PelcoCoversMoves(kCodes));
 
 }  // namespace
 
+const std::span<const PTZCode> kPelcoDCodes = kCodes;
+// A tour of 0 presets is accepted by the builder; it is an empty tour: nothing to visit, so the
+// poller disarms instead of stepping.
+const PTZDriver kPelcoDDriver = {kCodes, Write, kPTZPelcoSpeeds, kPTZPelcoSpeeds};
+
 int32_t BuildCmd_PelcoD(uint32_t nAddress, PTZPacket* atPacket, PTZChannelState* ptState, uint32_t) {
-    return PelcoBuildCmd(kPelcoD, nAddress, atPacket, ptState);
+    return PTZBuild(kPelcoDDriver, nAddress, atPacket, ptState);
 }
 
 int32_t CheckStatus_PelcoD(uint32_t nAddress, PTZPacket* atPacket, PTZChannelState* ptState) {
-    return PelcoCheckStatus(kPelcoD, nAddress, atPacket, ptState);
+    return PTZStatus(kPelcoDDriver, nAddress, atPacket, ptState);
 }

@@ -14,90 +14,61 @@ const PTZCntlOpt CntlOpt_PelcoP = {10, 0xFC08E503};
 
 namespace {
 
-using Arg = PelcoArg;
+using enum PTZOp;
 
-constexpr uint32_t kFrameLength = 8;
 constexpr uint8_t kNumberMax = 127;       // presets and patterns 1..127
 
 // Codes not listed are unsupported: nothing is sent and the code becomes nLastCmd. Unlike Pelco-D,
 // automatic pan is go-to-preset 99 / 96, focus near and far swap bits, and AutoPan keeps its code
-// while MenuOn does not; these differences are deliberate. Numbered rows carry their highest
-// number in data 4; the tour count is taken unchecked (data 4 = 0).
-constexpr PelcoCode kCodes[] = {
-    {PTZCmd_AutoPan, 0x00, kPelcoGoToPreset, Arg::Fixed, 0, 99, true},
-    {PTZCmd_FocusNear, 0x02, 0x00, Arg::Fixed, 0, 0, true},
-    {PTZCmd_FocusFar, 0x01, 0x00, Arg::Fixed, 0, 0, true},
-    {PTZCmd_ZoomWide, 0x00, 0x40, Arg::Fixed, 0, 0, true},
-    {PTZCmd_ZoomTele, 0x00, 0x20, Arg::Fixed, 0, 0, true},
-    {PTZCmd_UpLeft, 0x00, 0x0C, Arg::PanTilt, 0, 0, true},
-    {PTZCmd_Up, 0x00, 0x08, Arg::Tilt, 0, 0, true},
-    {PTZCmd_UpRight, 0x00, 0x0A, Arg::PanTilt, 0, 0, true},
-    {PTZCmd_Left, 0x00, 0x04, Arg::Pan, 0, 0, true},
-    {PTZCmd_CameraOn, 0x40, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_Right, 0x00, 0x02, Arg::Pan, 0, 0, true},
-    {PTZCmd_DownLeft, 0x00, 0x14, Arg::PanTilt, 0, 0, true},
-    {PTZCmd_Down, 0x00, 0x10, Arg::Tilt, 0, 0, true},
-    {PTZCmd_DownRight, 0x00, 0x12, Arg::PanTilt, 0, 0, true},
-    {PTZCmd_PresetSet, 0x00, 0x03, Arg::Number, 0, kNumberMax, false},
-    {PTZCmd_PresetTour, 0x00, 0x00, Arg::TourStart, 0, 0, false},
-    {PTZCmd_IrisOpen, 0x04, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_IrisClose, 0x08, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_AutoPanOff, 0x00, kPelcoGoToPreset, Arg::Fixed, 0, 96, false},
-    {PTZCmd_FocusNearStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_FocusFarStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_ZoomWideStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_ZoomTeleStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_UpLeftStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_UpStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_UpRightStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_LeftStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_CameraOff, 0x10, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_RightStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_DownLeftStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_DownStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_DownRightStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_PresetTourStop, 0x00, 0x00, Arg::TourStop, 0, 0, false},
-    {PTZCmd_IrisOpenStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_IrisCloseStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
-    {PTZCmd_MenuOn, 0x00, 0x03, Arg::Fixed, 0, 95, false},
-    {PTZCmd_RunPattern, 0x00, 0x23, Arg::Number, 0, kNumberMax, false},
-    {PTZCmd_PresetGo, 0x00, kPelcoGoToPreset, Arg::Number, 0, kNumberMax, false},
-    {PTZCmd_Joystick, 0x00, 0x00, Arg::Joystick, 0, 0, false},
-    {PTZCmd_JoystickStop, 0x00, 0x00, Arg::Fixed, 0, 0, false},
+// while MenuOn does not; these differences are deliberate. The tour count is taken unchecked.
+// clang-format off
+constexpr PTZCode kCodes[] = {
+    {PTZCmd_AutoPan,        Held,      {0x00, kPelcoPresetGo, 0, 99}},
+    {PTZCmd_FocusNear,      Held,      {0x02, 0x00}},
+    {PTZCmd_FocusFar,       Held,      {0x01, 0x00}},
+    {PTZCmd_ZoomWide,       Held,      {0x00, 0x40}},
+    {PTZCmd_ZoomTele,       Held,      {0x00, 0x20}},
+    {PTZCmd_UpLeft,         Move,      {0x00, 0x0C}},
+    {PTZCmd_Up,             Move,      {0x00, 0x08}},
+    {PTZCmd_UpRight,        Move,      {0x00, 0x0A}},
+    {PTZCmd_Left,           Move,      {0x00, 0x04}},
+    {PTZCmd_CameraOn,       Once,      {0x40, 0x00}},
+    {PTZCmd_Right,          Move,      {0x00, 0x02}},
+    {PTZCmd_DownLeft,       Move,      {0x00, 0x14}},
+    {PTZCmd_Down,           Move,      {0x00, 0x10}},
+    {PTZCmd_DownRight,      Move,      {0x00, 0x12}},
+    {PTZCmd_PresetSet,      Number,    {0x00, kPelcoPresetSet}, kNumberMax},
+    {PTZCmd_PresetTour,     TourStart},
+    {PTZCmd_IrisOpen,       Once,      {0x04, 0x00}},
+    {PTZCmd_IrisClose,      Once,      {0x08, 0x00}},
+    {PTZCmd_AutoPanOff,     Once,      {0x00, kPelcoPresetGo, 0, 96}},
+    {kPTZAnyStop,           Once,      {0x00, 0x00}},
+    {PTZCmd_CameraOff,      Once,      {0x10, 0x00}},
+    {PTZCmd_PresetTourStop, TourStop},
+    {PTZCmd_MenuOn,         Once,      {0x00, kPelcoPresetSet, 0, 95}},
+    {PTZCmd_RunPattern,     Number,    {0x00, kPelcoPatternRun}, kNumberMax},
+    {PTZCmd_PresetGo,       Number,    {0x00, kPelcoPresetGo}, kNumberMax},
+    {PTZCmd_Joystick,       Joystick},
 };
+// clang-format on
+static_assert(PTZCovers(kCodes, kPTZMoveMask));
 
-// Appends the check byte to the frame of nBody bytes and returns the number of frames (1).
-int32_t PelcoPFinish(PTZPacket* ptPacket, uint32_t nBody) {
-    uint8_t yCheck = 0;
-    for (uint32_t i = 0; i < nBody; ++i) yCheck ^= ptPacket->abData[i];
-    ptPacket->abData[nBody] = yCheck;
-    ptPacket->nLength = nBody + 1;
-    return 1;
-}
-
-int32_t Frame(uint32_t nAddress, PTZPacket* ptPacket, uint8_t yData1, uint8_t yData2, uint8_t yData3,
-              uint8_t yData4) {
-    uint8_t* b = ptPacket->abData;
-    b[0] = 0xA0;
-    b[1] = static_cast<uint8_t>(nAddress == 0 ? 0 : nAddress - 1);
-    b[2] = yData1;
-    b[3] = yData2;
-    b[4] = yData3;
-    b[5] = yData4;
-    b[6] = 0xAF;
-    return PelcoPFinish(ptPacket, kFrameLength - 1);
+void Write(PTZFrames& out, uint32_t nAddress, const PTZCode& c, const PTZArgs& x) {
+    const PelcoBytes b = PelcoPayload(c, x);
+    out.Start().Put(0xA0).Put(nAddress == 0 ? 0 : nAddress - 1);
+    out.Put(b.yCmd1).Put(b.yCmd2).Put(b.yData1).Put(b.yData2).Put(0xAF).Check(PTZCheck::Xor, 0);
 }
 
 // A tour of 0 presets sends nothing but leaves the poller armed.
-constexpr PelcoDriver kPelcoP = {kCodes, Frame, PelcoEmptyTour::StayArmed};
-static_assert(PelcoCoversMoves(kCodes));
+constexpr PTZDriver kPelcoP = {kCodes, Write, kPTZPelcoSpeeds, kPTZPelcoSpeeds, {}, kPTZMoveMask, 0,
+                               PTZEmptyTour::StayArmed};
 
 }  // namespace
 
 int32_t BuildCmd_PelcoP(uint32_t nAddress, PTZPacket* atPacket, PTZChannelState* ptState, uint32_t) {
-    return PelcoBuildCmd(kPelcoP, nAddress, atPacket, ptState);
+    return PTZBuild(kPelcoP, nAddress, atPacket, ptState);
 }
 
 int32_t CheckStatus_PelcoP(uint32_t nAddress, PTZPacket* atPacket, PTZChannelState* ptState) {
-    return PelcoCheckStatus(kPelcoP, nAddress, atPacket, ptState);
+    return PTZStatus(kPelcoP, nAddress, atPacket, ptState);
 }

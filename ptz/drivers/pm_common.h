@@ -1,6 +1,6 @@
-// What every PTZ protocol driver shares: the abstract command codes, the frame slot, the
-// per-channel state, the options record, the speed and digit helpers, and the rules of repeat
-// suppression, ramp arming and preset tours, written once for all drivers.
+// What every PTZ protocol driver shares: the abstract command codes and what each one asks of a
+// camera, the frame slot, the per-channel state, the options record, the speed and digit helpers,
+// the check-byte rules and the bounded frame writer.
 #pragma once
 #include <cstdint>
 
@@ -55,6 +55,50 @@ constexpr uint32_t kPTZMoveMask = 0x1EF000;       // the eight moves 12-15, 17-2
 constexpr uint32_t kPTZMoveZoomMask = 0x1EFA00;   // the moves and zoom wide/tele (AutoDome)
 constexpr bool PTZCodeIn(uint32_t mask, uint32_t code) { return code < 32 && ((mask >> code) & 1u); }
 
+// --- What a command asks of a camera -----------------------------------------------------------
+
+// The common meaning of a command code, whatever the protocol. Drivers place speeds by it and
+// refresh held actions by it; the wire decoders report frames in the same terms.
+enum class PTZAction : uint8_t {
+    None,           // no common meaning: model-specific keys and undefined codes
+    Stop,           // ends a held move, zoom, focus or iris action
+    Move,           // pan and tilt (a proportional move may zoom too)
+    Zoom,           // held; nLens +1 tele, -1 wide
+    Focus,          // held; nLens +1 far, -1 near
+    Iris,           // nLens +1 open, -1 close
+    AutoPan,        // switches (bOn)
+    CameraPower,
+    IrisAuto,
+    FocusAuto,
+    Menu,
+    MenuEnter,
+    Aux,            // auxiliary output nIndex (1-6), bOn
+    PresetSet,      // numbered: the number travels as the command's parameter
+    PresetClear,
+    PresetGo,
+    Pattern,        // run a stored pattern
+    PatternRecord,  // bOn: start / end recording a pattern (a camera convention, no code of its own)
+    Tour,           // the driver's own preset tour
+    TourStop,
+    ExtRun,
+};
+
+struct PTZMeaning {
+    PTZAction eAction = PTZAction::None;
+    int8_t nPan = 0;      // +1 right, -1 left
+    int8_t nTilt = 0;     // +1 up, -1 down
+    int8_t nLens = 0;     // zoom, focus or iris direction (a proportional move: zoom)
+    bool bOn = false;     // switches
+    uint8_t nIndex = 0;   // auxiliary output
+    friend bool operator==(const PTZMeaning&, const PTZMeaning&) = default;
+};
+
+// What nCmd asks for. A proportional move takes its directions from p1 (pan), p2 (tilt) and p3
+// (zoom): bit 7 set = left / up / tele, a zero magnitude = that axis stands still.
+PTZMeaning PTZMeaningOf(uint32_t nCmd, uint32_t p1 = 0, uint32_t p2 = 0, uint32_t p3 = 0);
+
+// --- Frames and check bytes --------------------------------------------------------------------
+
 // One frame to send.
 struct PTZPacket {
     uint32_t nLength;               // valid bytes in abData
@@ -62,6 +106,49 @@ struct PTZPacket {
     uint8_t abData[kPTZFrameMax];
 };
 static_assert(sizeof(PTZPacket) == 40);
+
+// The check-byte rules of the protocols, each written once.
+enum class PTZCheck : uint8_t {
+    Sum8,         // 8-bit sum
+    Xor,          // XOR
+    Sum7,         // sum masked to 7 bits
+    Complement,   // 0xFF minus the 8-bit sum
+    Negate,       // 0 minus the 8-bit sum
+};
+
+// The check of bytes [nFrom, nTo) of ab.
+uint8_t PTZCheckOf(PTZCheck eCheck, const uint8_t* ab, uint32_t nFrom, uint32_t nTo);
+
+// Writes the frames of one driver call into the core's 4 slots, byte by byte. Nothing is ever
+// written past a slot: a frame that would outgrow its 32 bytes is dropped whole, and a fifth frame
+// goes nowhere. Each frame starts with Start() and may end with a finisher that appends its check.
+class PTZFrames {
+public:
+    explicit PTZFrames(PTZPacket* atPacket) : m_atPacket(atPacket) {}
+
+    PTZFrames& Start();
+    PTZFrames& Put(uint32_t y);                   // one byte, the low 8 bits of y
+    PTZFrames& Text(const char* s);               // the characters of s
+    PTZFrames& Dec(uint32_t nValue, int nDigits); // decimal digits, most significant first
+    PTZFrames& Hex(uint32_t nValue, int nDigits); // upper-case hexadecimal digits, likewise
+
+    // Finishers: append the check of the current frame's bytes from nFrom up to its end less
+    // nSkipTail bytes, as one byte or as two upper-case hexadecimal characters.
+    PTZFrames& Check(PTZCheck eCheck, uint32_t nFrom, uint32_t nSkipTail = 0);
+    PTZFrames& CheckHex(PTZCheck eCheck, uint32_t nFrom);
+
+    uint32_t Length() const;          // bytes of the current frame so far
+    int32_t Count();                  // complete frames, the current one included
+
+private:
+    void Close();
+    PTZPacket* m_atPacket;
+    int32_t m_nDone = 0;       // frames complete and kept
+    bool m_bOpen = false;      // a frame is being written in slot m_nDone
+    bool m_bSpoilt = false;    // ... and has outgrown its slot: it will be dropped
+};
+
+// --- Per-channel state and driver interface ----------------------------------------------------
 
 // Per-channel command and driver state. The core owns it; drivers read the command fields and the
 // clocks and write bStatusActive .. nRampStep.
@@ -109,40 +196,11 @@ char INT2BCD(uint32_t nValue, int32_t nDigit);
 // ASCII of hexadecimal digit nNibble of nValue, upper case.
 char INT2CHAR(int32_t nValue, uint32_t nNibble);
 
-// --- Rules shared by all builders -------------------------------------------------------------
-
-// Opening rules of every BuildCmd_X: true when the command repeats the one in force (send nothing);
-// otherwise arms the speed ramp for a level-0 move whose code is in rampMask.
-bool PTZBuildBegin(PTZChannelState* ptState, uint32_t dwRampMask);
-
-// Tour start and stop: 22 stores the tour and arms the status routine, 54 disarms it.
-// Neither sends anything; both leave nLastCmd = none.
-void PTZTourStart(PTZChannelState* ptState, uint32_t nCount);
-void PTZTourStop(PTZChannelState* ptState);
-
-// --- Rules shared by all status routines ------------------------------------------------------
-
 // Timing of the status plan: the ramp of a level-0 move steps up this long after the move's frame;
 // a preset tour dwells this long on each preset.
 constexpr int32_t kPTZRampMiddleMs = 300;
 constexpr int32_t kPTZRampTopMs = 800;
 constexpr int32_t kPTZTourDwellMs = 3000;
-
-enum class PTZStatusStep {
-    Idle,        // nothing due now, stay armed
-    Disarmed,    // the previous command is no move or tour: polling stopped
-    RampMiddle,  // first ramp step due (nRampStep now 1)
-    RampTop,     // second ramp step due (nRampStep now 2)
-    TourStep,    // a tour step is due
-};
-
-// The common plan of a status routine: ramp moves in dwRampMask at 300 ms and 800 ms after
-// tCmdClock, step a tour every 3 s after tStatusClock, disarm on anything else.
-PTZStatusStep PTZStatusPlan(PTZChannelState* ptState, uint32_t dwRampMask);
-
-// Preset number of the due tour step (1-based, low 8 bits); advances nTourIndex cyclically.
-// nTourCount must be non-zero.
-uint32_t PTZTourAdvance(PTZChannelState* ptState);
 
 // True once ms milliseconds have passed since the tick time `since` (signed difference).
 bool PTZElapsedMs(uint32_t since, int32_t ms);
