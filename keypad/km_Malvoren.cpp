@@ -17,6 +17,7 @@
 #include "core/share_block.h"
 #include "keypad/keypad_data.h"
 #include "lib/ipc/MessageQueue.h"
+#include "ptz/ptz_data.h"
 #include "ptz/ptz_model.h"
 
 const struct termios TermSet_Malvoren = {.c_cflag = CS8 | CREAD | CLOCAL};
@@ -205,12 +206,10 @@ uint8_t LensCommand(uint8_t button) {
     }
 }
 
-// A model index beyond the camera table counts as a camera without proportional control.
+// A channel without a usable camera model has no proportional control.
 bool ChannelHasJoystick(uint32_t ch) {
-    const uint32_t nModel = ptShare->atPtz[ch].nPtzModel;
-    if (nModel >= GetNumberOfPTZModel()) return false;
-    const PTZCntlOpt* ptOpt = ptPTZModelDatabase[nModel].ptCntlOpt;
-    return ptOpt != nullptr && (ptOpt->dwCaps & kPTZCapJoystick) != 0;
+    const PTZModel* ptModel = PTZUsableModel(ptShare->atPtz[ch].nPtzModel);
+    return ptModel != nullptr && (ptModel->ptCntlOpt->dwCaps & kPTZCapJoystick) != 0;
 }
 
 // Sends a held command once: nothing while the same one is still in force.

@@ -15,14 +15,15 @@
 
 int fdPTZUart = -1;
 
+const PTZModel* PTZUsableModel(uint32_t nModel) {
+    // Unsigned, so that a negative word is as far out of range as it is on the recorder's side.
+    if (nModel == 0 || nModel >= ptShare->nPtzModelCount || nModel >= GetNumberOfPTZModel())
+        return nullptr;
+    return &ptPTZModelDatabase[nModel];
+}
+
 namespace {
 constexpr int32_t kMinGapMs = 20;   // the sender never paces a channel faster than this
-
-// The model configured for a channel, or 0 when it is none or out of the table's range.
-uint32_t ChannelModel(uint32_t ch) {
-    const uint32_t nModel = ptShare->atPtz[ch].nPtzModel;
-    return nModel < GetNumberOfPTZModel() ? nModel : 0;
-}
 
 void Enqueue(uint32_t ch, const PTZPacket& packet) {
     PTZSendQueue& q = tGlobal.atQueue[ch];
@@ -62,8 +63,7 @@ void SetLineFor(uint32_t nModel) {
     tcgetattr(fdPTZUart, &tNow);
     tWant = tNow;
     cfmakeraw(&tWant);
-    const uint32_t dwFlags = nModel < GetNumberOfPTZModel() ? ptPTZModelDatabase[nModel].dwLineFlags : 0;
-    tWant.c_cflag = static_cast<tcflag_t>(dwFlags) | CS8 | CREAD | CLOCAL;
+    tWant.c_cflag = static_cast<tcflag_t>(PTZModelEntry(nModel).dwLineFlags) | CS8 | CREAD | CLOCAL;
     if (tWant.c_oflag != tNow.c_oflag || tWant.c_cflag != tNow.c_cflag)
         tcsetattr(fdPTZUart, TCSADRAIN, &tWant);
 }
@@ -101,11 +101,9 @@ void PTZUartSetAttr(const struct termios* settings) {
 
 uint32_t PTZControl(uint32_t source, uint32_t channel, uint32_t cmd, uint32_t p1, uint32_t p2,
                     uint32_t p3, uint32_t p4) {
-    const int32_t nModel = static_cast<int32_t>(ptShare->atPtz[channel].nPtzModel);
-    const uint32_t nAddress = ptShare->atPtz[channel].nPtzAddress;
-    const int32_t nCount = static_cast<int32_t>(ptShare->nPtzModelCount);
-    // A negative model never passes the count test below, a model beyond our own table neither.
-    if (nModel <= 0 || nCount <= nModel || static_cast<uint32_t>(nModel) >= GetNumberOfPTZModel()) return 1;
+    const uint32_t nModel = ptShare->atPtz[channel].nPtzModel;
+    const PTZModel* ptModel = PTZUsableModel(nModel);
+    if (ptModel == nullptr) return 1;
     if (ptShare->nVariant == kVariantNoTour && (cmd == PTZCmd_PresetTour || cmd == PTZCmd_PresetTourStop))
         return 0;
 
@@ -126,34 +124,30 @@ uint32_t PTZControl(uint32_t source, uint32_t channel, uint32_t cmd, uint32_t p1
 
     PTZPacket atPacket[kPTZPacketsPerCall];
     std::memset(atPacket, 0, sizeof atPacket);
-    const PTZModel& tModel = ptPTZModelDatabase[nModel];
-    // A model whose driver is not built in sends nothing.
-    const int32_t n = tModel.BuildCmd != nullptr ? tModel.BuildCmd(nAddress, atPacket, &s, p2) : 0;
+    const int32_t n = ptModel->BuildCmd(ptShare->atPtz[channel].nPtzAddress, atPacket, &s, p2);
 
     if (s.nLastCmd == kPTZCmdNone) KeepAsPrevious(s);
     if (n == 0) return 0;
     KeepAsPrevious(s);
     s.tCmdClock = get_jiffies();
     s.tStatusClock = get_jiffies();
-    if (n > 0) QueueFrames(channel, static_cast<uint32_t>(nModel), atPacket, n);
+    if (n > 0) QueueFrames(channel, nModel, atPacket, n);
     return 0;
 }
 
 uint32_t CheckPTZStatus() {
     for (uint32_t ch = 0; ch < ptShare->nChannels && ch < kMaxChannels; ++ch) {
-        const int32_t nModel = static_cast<int32_t>(ptShare->atPtz[ch].nPtzModel);
-        if (nModel <= 0 || nModel >= static_cast<int32_t>(ptShare->nPtzModelCount) ||
-            static_cast<uint32_t>(nModel) >= GetNumberOfPTZModel())
-            continue;
+        const uint32_t nModel = ptShare->atPtz[ch].nPtzModel;
+        const PTZModel* ptModel = PTZUsableModel(nModel);
         PTZChannelState& s = tGlobal.atChannel[ch];
-        if (s.bStatusActive == 0) continue;
+        if (ptModel == nullptr || s.bStatusActive == 0) continue;
         PTZPacket atPacket[kPTZPacketsPerCall];
         std::memset(atPacket, 0, sizeof atPacket);
-        const PTZModel& tModel = ptPTZModelDatabase[nModel];
         const uint32_t nAddress = ptShare->atPtz[ch].nPtzAddress;
-        const int32_t n = tModel.CheckStatus != nullptr ? tModel.CheckStatus(nAddress, atPacket, &s) : 0;
+        const int32_t n =
+            ptModel->CheckStatus != nullptr ? ptModel->CheckStatus(nAddress, atPacket, &s) : 0;
         if (n != 0) s.tStatusClock = get_jiffies();
-        if (n > 0) QueueFrames(ch, static_cast<uint32_t>(nModel), atPacket, n);
+        if (n > 0) QueueFrames(ch, nModel, atPacket, n);
     }
     return 0;
 }
@@ -162,7 +156,7 @@ uint32_t CheckPTZQueue() {
     const uint32_t now = get_jiffies();
     uint32_t nResult = 1;
     for (uint32_t ch = 0; ch < ptShare->nChannels && ch < kMaxChannels; ++ch) {
-        const PTZCntlOpt* ptOpt = ptPTZModelDatabase[ChannelModel(ch)].ptCntlOpt;
+        const PTZCntlOpt* ptOpt = PTZModelEntry(ptShare->atPtz[ch].nPtzModel).ptCntlOpt;
         int32_t nGap = ptOpt != nullptr ? static_cast<int32_t>(ptOpt->nMinGapMs) : 0;
         if (nGap < kMinGapMs) nGap = kMinGapMs;
         PTZSendQueue& q = tGlobal.atQueue[ch];

@@ -17,6 +17,11 @@ struct PTZSendQueue {
 
 extern int fdPTZUart;
 
+struct PTZModel;
+// The entry of a channel's model number when commands may be sent to it: not 0 ("NONE"), and
+// below both the table's size and the model count published in the shared block; else null.
+const PTZModel* PTZUsableModel(uint32_t nModel);
+
 uint32_t PTZUartDeviceOpen();
 uint32_t PTZUartDeviceClose();
 int32_t PTZUartRawDataSend(const uint8_t* buf, uint32_t len);
