@@ -88,8 +88,13 @@ int8_t Axis(uint32_t nValue, uint32_t nMagnitudeMask, int8_t nWithBit7) {
 }  // namespace
 
 PTZMeaning PTZMeaningOf(uint32_t nCmd, uint32_t p1, uint32_t p2, uint32_t p3) {
-    if (nCmd == PTZCmd_Joystick)
-        return {A::Move, Axis(p1, 0x3F, -1), Axis(p2, 0x3F, +1), Axis(p3, 0x7F, +1), false, 0};
+    if (nCmd == PTZCmd_Joystick) {
+        const PTZMeaning t = {A::Move, Axis(p1, 0x3F, -1), Axis(p2, 0x3F, +1), Axis(p3, 0x7F, +1),
+                              false, 0};
+        // Without pan or tilt it is a zoom, or, with nothing moving, a stop.
+        if (t.nPan == 0 && t.nTilt == 0) return t.nLens != 0 ? Act(A::Zoom, t.nLens) : Act(A::Stop);
+        return t;
+    }
     if (nCmd >= 128) return Act(A::None);
     const bool bPartner = (nCmd & 0x20) != 0;
     PTZMeaning t = Starting(nCmd & ~0x20u);
@@ -115,6 +120,10 @@ PTZMeaning PTZMeaningOf(uint32_t nCmd, uint32_t p1, uint32_t p2, uint32_t p3) {
     default:
         return Act(A::None);
     }
+}
+
+bool PTZIsStop(uint32_t nCmd) {
+    return nCmd < 128 && (nCmd & 0x20) != 0 && PTZMeaningOf(nCmd).eAction == A::Stop;
 }
 
 // --- Check bytes and the frame writer ----------------------------------------------------------

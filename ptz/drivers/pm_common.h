@@ -94,8 +94,12 @@ struct PTZMeaning {
 };
 
 // What nCmd asks for. A proportional move takes its directions from p1 (pan), p2 (tilt) and p3
-// (zoom): bit 7 set = left / up / tele, a zero magnitude = that axis stands still.
+// (zoom): bit 7 set = left / up / tele, a zero magnitude = that axis stands still; without pan and
+// tilt it is a zoom, or a stop.
 PTZMeaning PTZMeaningOf(uint32_t nCmd, uint32_t p1 = 0, uint32_t p2 = 0, uint32_t p3 = 0);
+
+// True for the codes that stop a held move, zoom, focus, iris or proportional move.
+bool PTZIsStop(uint32_t nCmd);
 
 // --- Frames and check bytes --------------------------------------------------------------------
 

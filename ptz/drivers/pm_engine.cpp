@@ -66,7 +66,7 @@ const PTZCode* PTZFindCode(std::span<const PTZCode> atCodes, uint32_t nCmd) {
         if (c.nCode == nCmd) return &c;
         if (c.nCode == kPTZAnyStop) ptAnyStop = &c;
     }
-    return PTZMeaningOf(nCmd).eAction == PTZAction::Stop ? ptAnyStop : nullptr;
+    return PTZIsStop(nCmd) ? ptAnyStop : nullptr;
 }
 
 int32_t PTZBuild(const PTZDriver& d, uint32_t nAddress, PTZPacket* atPacket, PTZChannelState* s) {
@@ -113,8 +113,7 @@ int32_t PTZBuild(const PTZDriver& d, uint32_t nAddress, PTZPacket* atPacket, PTZ
     default:
         break;
     }
-    if (x.tMeaning.eAction == PTZAction::Stop && nCmd >= 32)
-        x.ptStopped = PTZFindCode(d.atCodes, nCmd - 32);
+    if (PTZIsStop(nCmd)) x.ptStopped = PTZFindCode(d.atCodes, nCmd - 32);
 
     const int32_t nFrames = Write(d, nAddress, atPacket, *c, x);
     // A camera that stops by itself is reminded of a held action by the status routine. A move

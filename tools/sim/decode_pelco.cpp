@@ -1,4 +1,4 @@
-// Decoding of Pelco-D, Pelco-P and extended Pelco-P frames into words.
+// Decoding of Pelco-D, Pelco-P and extended Pelco-P frames.
 //
 //   Pelco-D      FF, address, command 1, command 2, data 1, data 2, sum of bytes 1-5   (7 bytes)
 //   Pelco-P      A0, address - 1, data 1-4, AF, XOR of bytes 0-6                       (8 bytes)
@@ -6,150 +6,165 @@
 //
 // Pelco-D's command 2 and Pelco-P's data 2 share their bits: right 0x02, left 0x04, up 0x08,
 // down 0x10, zoom tele 0x20, zoom wide 0x40; with bit 0 set they name an extended command instead
-// (set / clear / go to preset, patterns, automatic focus and iris) whose number is in the last
-// data byte. The words are those shown by the simulator and matched by the system tests:
-//   "stop", "pan left 63", "tilt up 24", "move down left 16", "joystick left 16 down 5 zoom tele",
-//   "zoom tele", "focus near", "iris open", "camera on", "auto pan on", "go to preset 1",
-//   "set preset 95 (menu)", "run pattern 3", "record pattern start", "auto focus on", ...
+// (set / clear / go to preset, auxiliaries, patterns, automatic focus and iris) whose number is in
+// the last data byte.
+#include "tools/sim/decode_pelco.h"
+
 #include <cstdio>
 
-#include "tools/sim/ptz_decode.h"
-
 namespace {
+
+using A = PTZAction;
 
 constexpr size_t kPelcoDLength = 7;
 constexpr size_t kPelcoPLength = 8;
 
-void Append(std::string* s, const std::string& w) {
-    if (!s->empty()) *s += ' ';
-    *s += w;
-}
+PTZMeaning Act(A e, int8_t nLens = 0) { return {e, 0, 0, nLens, false, 0}; }
+PTZMeaning Switch(A e, bool bOn, uint8_t nIndex = 0) { return {e, 0, 0, 0, bOn, nIndex}; }
 
-std::string Number(const std::string& sWords, uint32_t n) { return sWords + " " + std::to_string(n); }
-
-// Pan, tilt and zoom from the shared direction bits. One axis reads as "pan" or "tilt", the two
-// axes at one speed as the diagonal "move"; anything else only a proportional move can produce
-// ("joystick"). A joystick move with equal magnitudes therefore reads as a diagonal: on the wire
-// the two are the same frame.
-void Directions(uint8_t yBits, uint8_t yPanSpeed, uint8_t yTiltSpeed, std::string* s) {
-    const char* sPan = (yBits & 0x04) ? "left" : (yBits & 0x02) ? "right" : nullptr;
-    const char* sTilt = (yBits & 0x08) ? "up" : (yBits & 0x10) ? "down" : nullptr;
-    const char* sZoom = (yBits & 0x20) ? "zoom tele" : (yBits & 0x40) ? "zoom wide" : nullptr;
-    if (sPan && sTilt && !sZoom && yPanSpeed == yTiltSpeed) {
-        Append(s, Number(std::string("move ") + sTilt + " " + sPan, yPanSpeed));
-    } else if (sPan && !sTilt && !sZoom) {
-        Append(s, Number(std::string("pan ") + sPan, yPanSpeed));
-    } else if (sTilt && !sPan && !sZoom) {
-        Append(s, Number(std::string("tilt ") + sTilt, yTiltSpeed));
-    } else {
-        if (sPan || sTilt) Append(s, "joystick");
-        if (sPan) Append(s, Number(sPan, yPanSpeed));
-        if (sTilt) Append(s, Number(sTilt, yTiltSpeed));
-        if (sZoom) Append(s, sZoom);
-    }
-}
-
-// An extended command (opcode with bit 0 set) and its number. bAutoPanPresets: go-to-preset 99
-// and 96 switch automatic pan (Pelco-P).
-std::string Extended(uint8_t yOpcode, uint8_t yNumber, bool bAutoPanPresets) {
-    switch (yOpcode) {
+void Extended(uint8_t yOp, uint8_t yNumber, unsigned nConventions, PtzFrameText* t) {
+    const int32_t n = yNumber;
+    switch (yOp) {
     case 0x03:
-        return Number("set preset", yNumber) + (yNumber == 95 ? " (menu)" : "");
+        t->tWhat = Act(A::PresetSet);
+        t->nNumber = n;
+        if ((nConventions & kPelcoMenuBySet95) && n == 95) t->tAlso = Switch(A::Menu, true);
+        return;
     case 0x05:
-        return Number("clear preset", yNumber);
+        t->tWhat = Act(A::PresetClear);
+        t->nNumber = n;
+        return;
     case 0x07:
-        if (bAutoPanPresets && yNumber == 99) return "go to preset 99 (auto pan on)";
-        if (bAutoPanPresets && yNumber == 96) return "go to preset 96 (auto pan off)";
-        return Number("go to preset", yNumber);
+        t->tWhat = Act(A::PresetGo);
+        t->nNumber = n;
+        if ((nConventions & kPelcoMenuByGo95) && n == 95) t->tAlso = Switch(A::Menu, true);
+        if ((nConventions & kPelcoAutoPanByGo99) && (n == 99 || n == 96))
+            t->tAlso = Switch(A::AutoPan, n == 99);
+        return;
+    case 0x09:
+    case 0x0B:
+        t->tWhat = Switch(A::Aux, yOp == 0x09, yNumber);
+        return;
     case 0x1F:
-        return "record pattern start";
     case 0x21:
-        return "record pattern end";
+        t->tWhat = Switch(A::PatternRecord, yOp == 0x1F);
+        return;
     case 0x23:
-        return yNumber == 0 ? std::string("run pattern") : Number("run pattern", yNumber);
+        t->tWhat = Act(A::Pattern);
+        if (n != 0) t->nNumber = n;
+        return;
     case 0x2B:
-    case 0x2D: {
-        const std::string sWhat = yOpcode == 0x2B ? "auto focus" : "auto iris";
-        if (yNumber == 1) return sWhat + " on";
-        if (yNumber == 2) return sWhat + " off";
-        return Number(sWhat, yNumber);
+    case 0x2D:
+        if (yNumber == 1 || yNumber == 2) {
+            t->tWhat = Switch(yOp == 0x2B ? A::FocusAuto : A::IrisAuto, yNumber == 1);
+            return;
+        }
+        break;
+    default:
+        break;
     }
-    default: {
-        char sHex[32];
-        std::snprintf(sHex, sizeof sHex, "extended 0x%02X %u", yOpcode, yNumber);
-        return sHex;
-    }
-    }
+    char s[40];
+    std::snprintf(s, sizeof s, "extended 0x%02X %u", yOp, yNumber);
+    t->sNote = s;
 }
 
-// Words of a Pelco-P / extended Pelco-P frame body (data 1-4).
-std::string PelcoPWords(const uint8_t* d, bool bAutoPanPresets) {
-    if (d[1] & 0x01) return Extended(d[1], d[3], bAutoPanPresets);
-    std::string s;
-    Directions(d[1], d[2], d[3], &s);
-    static const struct { uint8_t yBit; const char* sWords; } kData1[] = {
-        {0x01, "focus far"}, {0x02, "focus near"}, {0x04, "iris open"}, {0x08, "iris close"},
-        {0x10, "camera off"}, {0x20, "auto pan on"}, {0x40, "camera on"},
-    };
-    for (const auto& b : kData1)
-        if (d[0] & b.yBit) Append(&s, b.sWords);
-    return s.empty() ? "stop" : s;
+// The frame's actions once all bytes are read: nothing at all is a stop.
+void StopIfNone(PtzFrameText* t) {
+    if (t->tWhat.eAction == A::None && t->sNote.empty()) t->tWhat = Act(A::Stop);
 }
 
-bool DecodePelcoPShape(const uint8_t* bytes, size_t n, PtzFrameText* out) {
-    return bytes != nullptr && out != nullptr && n >= kPelcoPLength && bytes[0] == 0xA0 &&
-           bytes[6] == 0xAF;
+// Data 1 of Pelco-P and its extension.
+void PelcoPData1(uint8_t y, PtzFrameText* t) {
+    if (y & 0x01) PelcoAdd(t, Act(A::Focus, +1));
+    if (y & 0x02) PelcoAdd(t, Act(A::Focus, -1));
+    if (y & 0x04) PelcoAdd(t, Act(A::Iris, +1));
+    if (y & 0x08) PelcoAdd(t, Act(A::Iris, -1));
+    if (y & 0x10) PelcoAdd(t, Switch(A::CameraPower, false));
+    if (y & 0x20) PelcoAdd(t, Switch(A::AutoPan, true));
+    if (y & 0x40) PelcoAdd(t, Switch(A::CameraPower, true));
+}
+
+bool PelcoPShape(const uint8_t* b, size_t n) {
+    return n >= kPelcoPLength && b[0] == 0xA0 && b[6] == 0xAF;
 }
 
 }  // namespace
 
-bool DecodePelcoD(const uint8_t* bytes, size_t n, PtzFrameText* out) {
-    if (bytes == nullptr || out == nullptr || n < kPelcoDLength || bytes[0] != 0xFF) return false;
-    uint8_t ySum = 0;
-    for (size_t i = 1; i < 6; ++i) ySum = static_cast<uint8_t>(ySum + bytes[i]);
-    const uint8_t yCmd1 = bytes[2], yCmd2 = bytes[3];
-    std::string s;
-    if (yCmd2 & 0x01) {
-        s = Extended(yCmd2, bytes[5], false);
-    } else {
-        Directions(yCmd2, bytes[4], bytes[5], &s);
-        if (yCmd2 & 0x80) Append(&s, "focus far");
-        if (yCmd1 & 0x01) Append(&s, "focus near");
-        if (yCmd1 & 0x02) Append(&s, "iris open");
-        if (yCmd1 & 0x04) Append(&s, "iris close");
-        // The sense bit (0x80) turns camera and scan bits into "on".
-        if (yCmd1 & 0x08) Append(&s, (yCmd1 & 0x80) ? "camera on" : "camera off");
-        if (yCmd1 & 0x10) Append(&s, (yCmd1 & 0x80) ? "auto pan on" : "auto pan off");
-        if (s.empty()) s = "stop";
+void PelcoAdd(PtzFrameText* t, const PTZMeaning& m) {
+    if (t->tWhat.eAction == A::None) {
+        t->tWhat = m;
+        return;
     }
-    out->nLength = kPelcoDLength;
-    out->nAddress = bytes[1];
-    out->sWords = s;
-    out->bBadCheck = ySum != bytes[6];
+    PtzFrameText tOther;
+    tOther.tWhat = m;
+    const std::string s = PtzWords(tOther);
+    t->sNote += (t->sNote.empty() ? "" : " ") + ("and " + s);
+}
+
+void PelcoCommand2(uint8_t yCmd2, uint8_t yData1, uint8_t yData2, unsigned nConventions,
+                   PtzFrameText* t) {
+    if (yCmd2 & 0x01) return Extended(yCmd2, yData2, nConventions, t);
+    const int8_t nPan = (yCmd2 & 0x04) ? -1 : (yCmd2 & 0x02) ? +1 : 0;
+    const int8_t nTilt = (yCmd2 & 0x08) ? +1 : (yCmd2 & 0x10) ? -1 : 0;
+    const int8_t nZoom = (yCmd2 & 0x20) ? +1 : (yCmd2 & 0x40) ? -1 : 0;
+    if (nPan != 0 || nTilt != 0) {
+        PelcoAdd(t, {A::Move, nPan, nTilt, nZoom, false, 0});
+        if (nPan != 0) t->nPanSpeed = yData1;
+        if (nTilt != 0) t->nTiltSpeed = yData2;
+    } else if (nZoom != 0) {
+        PelcoAdd(t, Act(A::Zoom, nZoom));
+    }
+}
+
+void PelcoDCommand(uint8_t yCmd1, uint8_t yCmd2, uint8_t yData1, uint8_t yData2,
+                   unsigned nConventions, PtzFrameText* t) {
+    PelcoCommand2(yCmd2, yData1, yData2, nConventions, t);
+    if (!(yCmd2 & 0x01)) {
+        if (yCmd2 & 0x80) PelcoAdd(t, Act(A::Focus, +1));
+        if (yCmd1 & 0x01) PelcoAdd(t, Act(A::Focus, -1));
+        if (yCmd1 & 0x02) PelcoAdd(t, Act(A::Iris, +1));
+        if (yCmd1 & 0x04) PelcoAdd(t, Act(A::Iris, -1));
+        // The sense bit (0x80) turns the camera and scan bits into "on".
+        if (yCmd1 & 0x08) PelcoAdd(t, Switch(A::CameraPower, (yCmd1 & 0x80) != 0));
+        if (yCmd1 & 0x10) PelcoAdd(t, Switch(A::AutoPan, (yCmd1 & 0x80) != 0));
+    }
+    StopIfNone(t);
+}
+
+bool DecodePelcoD(const uint8_t* b, size_t n, PtzFrameText* t) {
+    if (n < kPelcoDLength || b[0] != 0xFF) return false;
+    t->nLength = kPelcoDLength;
+    t->nAddress = b[1];
+    t->bBadCheck = PTZCheckOf(PTZCheck::Sum8, b, 1, 6) != b[6];
+    PelcoDCommand(b[2], b[3], b[4], b[5], kPelcoMenuBySet95, t);
     return true;
 }
 
-bool DecodePelcoP(const uint8_t* bytes, size_t n, PtzFrameText* out) {
-    if (!DecodePelcoPShape(bytes, n, out)) return false;
-    uint8_t yCheck = 0;
-    for (size_t i = 0; i < 7; ++i) yCheck ^= bytes[i];
-    out->nLength = kPelcoPLength;
-    out->nAddress = bytes[1] + 1u;
-    out->sWords = PelcoPWords(bytes + 2, true);
-    out->bBadCheck = yCheck != bytes[7];
+bool DecodePelcoP(const uint8_t* b, size_t n, PtzFrameText* t) {
+    if (!PelcoPShape(b, n)) return false;
+    t->nLength = kPelcoPLength;
+    t->nAddress = b[1] + 1u;
+    t->bBadCheck = PTZCheckOf(PTZCheck::Xor, b, 0, 7) != b[7];
+    PelcoCommand2(b[3], b[4], b[5], kPelcoMenuBySet95 | kPelcoAutoPanByGo99, t);
+    if (!(b[3] & 0x01)) PelcoPData1(b[2], t);
+    StopIfNone(t);
     return true;
 }
 
-bool DecodeExtPelcoP(const uint8_t* bytes, size_t n, PtzFrameText* out) {
-    if (!DecodePelcoPShape(bytes, n, out)) return false;
-    uint8_t yCheck = 0;
-    for (size_t i = 1; i < 6; ++i) yCheck ^= bytes[i];
-    const uint8_t* d = bytes + 2;
-    out->nLength = kPelcoPLength;
-    out->nAddress = bytes[1];
+// The first pair of auxiliaries records a pattern and the second runs it, with this family.
+bool DecodeExtPelcoP(const uint8_t* b, size_t n, PtzFrameText* t) {
+    if (!PelcoPShape(b, n)) return false;
+    t->nLength = kPelcoPLength;
+    t->nAddress = b[1];
+    t->bBadCheck = PTZCheckOf(PTZCheck::Xor, b, 1, 6) != b[7];
+    PelcoCommand2(b[3], b[4], b[5], 0, t);
+    if (t->tWhat.eAction == A::PatternRecord) t->tAlso = Switch(A::Aux, t->tWhat.bOn, 1);
+    if (t->tWhat.eAction == A::Pattern) t->tAlso = Switch(A::Aux, true, 2);
     // Camera off is data 1 = 0x01 with no speed bytes; focus far, the same bit, carries 1, 1.
-    const bool bCameraOff = d[0] == 0x01 && d[1] == 0 && d[2] == 0 && d[3] == 0;
-    out->sWords = bCameraOff ? "camera off" : PelcoPWords(d, false);
-    out->bBadCheck = yCheck != bytes[7];
+    if (b[2] == 0x01 && b[3] == 0 && b[4] == 0 && b[5] == 0) t->tWhat = Switch(A::CameraPower, false);
+    else if (!(b[3] & 0x01)) PelcoPData1(b[2], t);
+    StopIfNone(t);
+    // A stop also ends the pattern that the second auxiliary runs.
+    if (t->tWhat.eAction == A::Stop) t->tAlso = Switch(A::Aux, false, 2);
     return true;
 }

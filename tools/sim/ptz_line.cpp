@@ -1,26 +1,5 @@
 #include "tools/sim/ptz_line.h"
 
-namespace {
-constexpr PtzProtocol kPelcoD = {"Pelco-D", DecodePelcoD};
-constexpr PtzProtocol kPelcoP = {"Pelco-P", DecodePelcoP};
-constexpr PtzProtocol kExtPelcoP = {"Pelco-EP", DecodeExtPelcoP};
-constexpr PtzProtocol kSCC641 = {"Samsung SCC-641", DecodeSCC641};
-constexpr PtzProtocol kAutoDome = {"Bosch AutoDome", DecodeAutoDome};
-constexpr PtzProtocol kCanonVCC4 = {"Canon VC-C4", DecodeCanonVCC4};
-}  // namespace
-
-const PtzProtocol* ProtocolOfModel(uint32_t model) {
-    switch (model) {
-    case 4: return &kSCC641;
-    case 12: case 13: case 14: return &kPelcoD;
-    case 16: return &kCanonVCC4;
-    case 17: case 18: case 19: return &kPelcoP;
-    case 20: case 21: case 22: return &kExtPelcoP;
-    case 27: return &kAutoDome;
-    default: return nullptr;
-    }
-}
-
 std::string PtzFrame::Describe() const {
     if (!ptProtocol) return "(not a frame of a configured protocol)";
     std::string s = std::string(ptProtocol->sName) + " addr " + std::to_string(tText.nAddress) + ": " +
@@ -40,22 +19,33 @@ std::vector<PtzFrame> SplitPtzFrames(const SerialChunk& chunk, const ShareBlock&
     }
     std::vector<PtzFrame> out;
     const std::vector<uint8_t>& b = chunk.abData;
-    size_t pos = 0;
-    while (pos < b.size()) {
+    PtzFrame noise{chunk.tSeconds, {}, chunk.sSetting, nullptr, {}};
+    auto flushNoise = [&] {
+        if (!noise.abData.empty()) out.push_back(noise);
+        noise.abData.clear();
+    };
+    for (size_t pos = 0; pos < b.size();) {
         PtzFrame f{chunk.tSeconds, {}, chunk.sSetting, nullptr, {}};
         // A protocol whose check byte matches wins over one that only recognises the shape.
         for (auto* p : candidates) {
             PtzFrameText t;
-            if (p->Decode(b.data() + pos, b.size() - pos, &t) && t.nLength > 0 &&
+            if (PtzDecode(*p, b.data() + pos, b.size() - pos, &t) &&
                 (!f.ptProtocol || (f.tText.bBadCheck && !t.bBadCheck))) {
                 f.ptProtocol = p;
                 f.tText = t;
             }
         }
-        const size_t n = f.ptProtocol ? f.tText.nLength : b.size() - pos;
-        f.abData.assign(b.begin() + static_cast<long>(pos), b.begin() + static_cast<long>(pos + n));
+        if (f.ptProtocol == nullptr) {
+            // Line noise: kept together, and reading goes on at the next byte.
+            noise.abData.push_back(b[pos++]);
+            continue;
+        }
+        flushNoise();
+        f.abData.assign(b.begin() + static_cast<long>(pos),
+                        b.begin() + static_cast<long>(pos + f.tText.nLength));
         out.push_back(f);
-        pos += n;
+        pos += f.tText.nLength;
     }
+    flushNoise();
     return out;
 }

@@ -9,14 +9,6 @@
 #include "tools/sim/ptz_decode.h"
 #include "tools/sim/serial_line.h"
 
-struct PtzProtocol {
-    const char* sName;   // e.g. "Pelco-D"
-    bool (*Decode)(const uint8_t* bytes, size_t n, PtzFrameText* out);
-};
-
-// The protocol a model index speaks, or null when the simulator cannot decode it.
-const PtzProtocol* ProtocolOfModel(uint32_t model);
-
 struct PtzFrame {
     double tSeconds;
     std::vector<uint8_t> abData;

@@ -1,12 +1,13 @@
-#include "ptz/drivers/pm_drivers.h"
 #include "tests/unit/drivers/driver_harness.h"
 
+constexpr uint32_t kBosch = 27;
+
 static DriverHarness Bosch(uint32_t nAddress = 1) {
-    return DriverHarness(BuildCmd_AutoDome, CheckStatus_AutoDome, nAddress);
+    return DriverHarness(kBosch, nAddress);
 }
 
 TEST(AutoDome, GoldenFrames) {
-    ExpectGolden(BuildCmd_AutoDome, {
+    ExpectGolden(kBosch, {
         // lens frames: tilt speed and zoom speed in byte 4, pan speed and focus/iris in byte 5
         {PTZCmd_FocusNear, 0, 1, "87 00 00 05 00 00 40 4C", PTZCmd_FocusNear},
         {PTZCmd_FocusFar, 0, 1, "87 00 00 05 00 01 00 0D", PTZCmd_FocusFar},
@@ -47,7 +48,7 @@ TEST(AutoDome, RampsAndStops) {
     for (const auto& c : kCases) {
         Frames want;
         for (int32_t level : {1, c.middle, 8})
-            want.push_back(DriverHarness(BuildCmd_AutoDome, nullptr, 1).Send(c.cmd, level).at(0));
+            want.push_back(DriverHarness(kBosch, 1).Send(c.cmd, level).at(0));
         DriverHarness h = Bosch();
         Frames got = h.Send(c.cmd, 0);
         EXPECT_TRUE(h.RunMs(290).empty());

@@ -1,5 +1,6 @@
-#include "ptz/drivers/pm_drivers.h"
 #include "tests/unit/drivers/driver_harness.h"
+
+constexpr uint32_t kCanon = 16;
 
 // One frame as hex text: FF, the two address digits, 00, the command, the argument characters, EF.
 static std::string F(const char* sAddress, uint8_t yCmd, const std::string& sArgs) {
@@ -17,7 +18,7 @@ static std::string Speeds(const char* sAddress, const char* sPan, const char* sT
 }
 
 TEST(CanonVcc4, GoldenFrames) {
-    ExpectGolden(BuildCmd_CanonVCC4, {
+    ExpectGolden(kCanon, {
         // literal frames: address 0 with level 0 (speed 8); of 147 only two digits travel
         {PTZCmd_Up, 0, 0, "FF 30 30 00 51 30 30 38 EF | FF 30 30 00 60 30 31 EF", PTZCmd_Up},
         {PTZCmd_FocusAuto, 0, 147, "FF 34 37 00 A1 30 EF", kNone},
@@ -51,7 +52,7 @@ TEST(CanonVcc4, GoldenFrames) {
 // The iris level (58 at start) steps by one inside 2-16, so the first open sends 58 unchanged;
 // automatic iris on or off sets 10; a held key steps once.
 TEST(CanonVcc4, IrisLevelSteps) {
-    DriverHarness h(BuildCmd_CanonVCC4, CheckStatus_CanonVCC4, 1);
+    DriverHarness h(kCanon, 1);
     auto iris = [&](uint32_t cmd) {
         h.Send(PTZCmd_FocusAuto);   // another code in between, so the step is no repeat
         const Frames f = h.Send(cmd);
@@ -74,12 +75,12 @@ TEST(CanonVcc4, IrisLevelSteps) {
 TEST(CanonVcc4, MoveRamp) {
     const Frames middle = Hex(F("05", 0x50, "0FA") + " | " + F("05", 0x51, "096"));
     const Frames top = Hex(F("05", 0x50, "320") + " | " + F("05", 0x51, "258"));
-    DriverHarness late(BuildCmd_CanonVCC4, CheckStatus_CanonVCC4, 5);
+    DriverHarness late(kCanon, 5);
     late.Send(PTZCmd_UpRight, 0);
     fakeclock::AdvanceMs(2000);
     EXPECT_EQ(late.Poll(), middle);
     EXPECT_EQ(late.Poll(), top);
-    DriverHarness h(BuildCmd_CanonVCC4, CheckStatus_CanonVCC4, 5);
+    DriverHarness h(kCanon, 5);
     h.Send(PTZCmd_UpRight, 0);
     EXPECT_TRUE(h.RunMs(290).empty());
     EXPECT_EQ(h.RunMs(10), middle);
@@ -89,7 +90,7 @@ TEST(CanonVcc4, MoveRamp) {
 
 // Zoom arms whatever its level and speeds up once: wide after 800 ms, tele after 800 raw ticks.
 TEST(CanonVcc4, ZoomStepsOnce) {
-    DriverHarness h(BuildCmd_CanonVCC4, CheckStatus_CanonVCC4, 3);
+    DriverHarness h(kCanon, 3);
     h.Send(PTZCmd_ZoomWide, 5);
     EXPECT_TRUE(h.RunMs(790).empty());
     EXPECT_EQ(h.RunMs(10), Hex(F("03", 0xA2, "3")));
@@ -110,7 +111,7 @@ TEST(CanonVcc4, Tour) {
     const struct { int32_t count; std::string order; uint32_t end; } kCases[] = {
         {3, "23123", PTZCmd_PresetTourStop}, {1, "111", PTZCmd_CameraOn}};
     for (const auto& c : kCases) {
-        DriverHarness h(BuildCmd_CanonVCC4, CheckStatus_CanonVCC4, 2);
+        DriverHarness h(kCanon, 2);
         EXPECT_EQ(h.Send(PTZCmd_PresetTour, c.count), Hex(Speeds("02", "1F4", "190", 0x8A, "1")));
         for (char preset : c.order) {
             EXPECT_TRUE(h.RunMs(2990).empty());

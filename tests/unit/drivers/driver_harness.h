@@ -1,5 +1,7 @@
-// Drives one camera driver as the PTZ core drives one channel: stores the command, builds, copies
-// it to the previous command and stamps the clocks; polls while the driver keeps the poller armed.
+// Drives one camera model through the PTZ core's own entry points on channel 0, as the main loop
+// does: PTZControl stores the command, calls the driver and queues its frames; CheckPTZStatus
+// polls the status routine. The harness only reads back what was queued. One harness at a time:
+// each one starts the core afresh.
 #pragma once
 #include <gtest/gtest.h>
 
@@ -7,41 +9,42 @@
 #include <string>
 #include <vector>
 
-#include "lib/ipc/Clock.h"
+#include "core/ptz_cntl.h"
+#include "core/share_block.h"
 #include "ptz/drivers/pm_common.h"
+#include "ptz/ptz_data.h"
 #include "tests/support/fake_clock.h"
+#include "tests/support/test_share.h"
 
 using Bytes = std::vector<uint8_t>;
 using Frames = std::vector<Bytes>;
 constexpr uint32_t kNone = kPTZCmdNone;
 
 struct DriverHarness {
-    DriverHarness(PTZBuildCmdFn build, PTZCheckStatusFn status, uint32_t nAddress,
-                  uint32_t tStart = 1000)
-        : m_build(build), m_status(status), m_nAddress(nAddress) {
+    DriverHarness(uint32_t nModel, uint32_t nAddress, uint32_t tStart = 1000) {
         fakeclock::Set(tStart);
-        m_state.nLastCmd = kPTZCmdNone;
-        m_state.nIrisLevel = 58;
-        m_state.tCmdClock = m_state.tStatusClock = get_jiffies();
+        ShareBlock* ptBlock = ResetTestShare();
+        PTZInitChannels();
+        PTZPublishModels();
+        ptBlock->nChannels = 1;
+        ptBlock->atPtz[0].nPtzModel = nModel;
+        ptBlock->atPtz[0].nPtzAddress = nAddress;
+    }
+
+    // The channel as at start: the state and the queue of a process that just started.
+    void Fresh(uint32_t tStart = 1000) {
+        fakeclock::Set(tStart);
+        PTZInitChannels();
     }
 
     Frames Send(uint32_t nCmd, int32_t p1 = 0, uint32_t p2 = 0, uint32_t p3 = 0) {
-        m_state.nCmd = nCmd;
-        m_state.nParam1 = p1;
-        m_state.nParam2 = p2;
-        m_state.nParam3 = p3;
-        const int32_t n = m_build(m_nAddress, m_packets, &m_state, p2);
-        // Drivers read only nPrevCmd of the previous command.
-        if (m_state.nLastCmd == kPTZCmdNone || n != 0) m_state.nPrevCmd = nCmd;
-        if (n != 0) m_state.tCmdClock = m_state.tStatusClock = get_jiffies();
-        return Out(n);
+        PTZControl(1, 0, nCmd, static_cast<uint32_t>(p1), p2, p3, 0);
+        return Take();
     }
 
     Frames Poll() {
-        if (m_status == nullptr || m_state.bStatusActive == 0) return {};
-        const int32_t n = m_status(m_nAddress, m_packets, &m_state);
-        if (n != 0) m_state.tStatusClock = get_jiffies();
-        return Out(n);
+        CheckPTZStatus();
+        return Take();
     }
 
     // Advances the clock in the main loop's 10 ms steps, polling after each; all frames polled.
@@ -54,21 +57,18 @@ struct DriverHarness {
         return all;
     }
 
-    PTZChannelState& State() { return m_state; }
+    PTZChannelState& State() { return tGlobal.atChannel[0]; }
 
-    Frames Out(int32_t n) const {
-        EXPECT_TRUE(n >= 0 && n <= kPTZPacketsPerCall) << n;
+    // The frames queued since the last look, oldest first.
+    static Frames Take() {
+        PTZSendQueue& q = tGlobal.atQueue[0];
         Frames out;
-        for (int32_t i = 0; i < n && i < kPTZPacketsPerCall; ++i)
-            out.emplace_back(m_packets[i].abData, m_packets[i].abData + m_packets[i].nLength);
+        for (; q.nRead < q.nWritten; ++q.nRead) {
+            const PTZPacket& p = q.atSlot[q.nRead % kPTZQueueSlots];
+            out.emplace_back(p.abData, p.abData + p.nLength);
+        }
         return out;
     }
-
-    PTZBuildCmdFn m_build;
-    PTZCheckStatusFn m_status;
-    uint32_t m_nAddress;
-    PTZChannelState m_state{};
-    PTZPacket m_packets[kPTZPacketsPerCall]{};
 };
 
 // Frames as hex bytes, frames separated by " | ": "FF 01 00 04 3F 00 44"; "" = no frame.
@@ -82,16 +82,28 @@ inline Frames Hex(const std::string& s) {
     return out;
 }
 
+// Characters as they travel, for text protocols: Ascii("AD01") = "41 44 30 31".
+inline std::string Ascii(const std::string& s) {
+    std::string out;
+    for (unsigned char c : s) {
+        if (!out.empty()) out += ' ';
+        out += "0123456789ABCDEF"[c >> 4];
+        out += "0123456789ABCDEF"[c & 15];
+    }
+    return out;
+}
+
 // One command on a fresh channel: the frames it yields and nLastCmd afterwards.
 struct GoldenRow {
     uint32_t nCmd; int32_t p1; uint32_t nAddress; std::string sFrames;
     uint32_t nLastCmd, p2 = 0, p3 = 0;
 };
 
-inline void ExpectGolden(PTZBuildCmdFn build, const std::vector<GoldenRow>& rows) {
+inline void ExpectGolden(uint32_t nModel, const std::vector<GoldenRow>& rows) {
     for (const GoldenRow& r : rows) {
-        SCOPED_TRACE(testing::Message() << r.nCmd << " p1 " << r.p1 << " @" << r.nAddress);
-        DriverHarness h(build, nullptr, r.nAddress);
+        SCOPED_TRACE(testing::Message() << "model " << nModel << " code " << r.nCmd << " p1 " << r.p1
+                                        << " @" << r.nAddress);
+        DriverHarness h(nModel, r.nAddress);
         EXPECT_EQ(h.Send(r.nCmd, r.p1, r.p2, r.p3), Hex(r.sFrames));
         EXPECT_EQ(h.State().nLastCmd, r.nLastCmd);
     }

@@ -1,10 +1,11 @@
 // Pelco-D, Pelco-P and extended Pelco-P: golden frames with their deliberate differences, and the
 // speed ramp and preset tour they share.
-#include "ptz/drivers/pm_drivers.h"
 #include "tests/unit/drivers/driver_harness.h"
 
+constexpr uint32_t kPelcoD = 14, kPelcoP = 19, kExtPelcoP = 22;
+
 TEST(PelcoD, GoldenFrames) {
-    ExpectGolden(BuildCmd_PelcoD, {
+    ExpectGolden(kPelcoD, {
         // moves: level 0 -> 4, 5 -> 32, 8 -> 63, 10 unclamped -> 70; pan in data 1, tilt in 2
         {PTZCmd_Left, 8, 1, "FF 01 00 04 3F 00 44", PTZCmd_Left},
         {PTZCmd_UpRight, 0, 3, "FF 03 00 0A 04 04 15", PTZCmd_UpRight},
@@ -34,7 +35,7 @@ TEST(PelcoD, GoldenFrames) {
 }
 
 TEST(PelcoP, GoldenFrames) {
-    ExpectGolden(BuildCmd_PelcoP, {
+    ExpectGolden(kPelcoP, {
         // address byte is the address minus 1, 0 stays 0
         {PTZCmd_Left, 8, 0, "A0 00 00 04 3F 00 AF 34", PTZCmd_Left},
         {PTZCmd_ZoomTele, 0, 0x100, "A0 FF 00 20 00 00 AF D0", PTZCmd_ZoomTele},
@@ -58,7 +59,7 @@ TEST(PelcoP, GoldenFrames) {
 }
 
 TEST(ExtPelcoP, GoldenFrames) {
-    ExpectGolden(BuildCmd_ExtPelcoP, {
+    ExpectGolden(kExtPelcoP, {
         // address unchanged; check leaves out start and end bytes; focus and iris carry 1, 1;
         // camera off is data 1 = 0x01
         {PTZCmd_Left, 8, 0x1F5, "A0 F5 00 04 3F 00 AF CE", PTZCmd_Left},
@@ -84,16 +85,15 @@ TEST(ExtPelcoP, GoldenFrames) {
 
 struct Family {
     const char* sName;
-    PTZBuildCmdFn build;
-    PTZCheckStatusFn status;
+    uint32_t nModel;
     int32_t nTourMax;   // 0: any tour count is stored unchecked
     uint8_t bArmedAfterEmptyTour;
 };
 
 const Family kFamily[] = {
-    {"PelcoD", BuildCmd_PelcoD, CheckStatus_PelcoD, 0, 0},
-    {"PelcoP", BuildCmd_PelcoP, CheckStatus_PelcoP, 0, 1},
-    {"ExtPelcoP", BuildCmd_ExtPelcoP, CheckStatus_ExtPelcoP, 32, 0},
+    {"PelcoD", kPelcoD, 0, 0},
+    {"PelcoP", kPelcoP, 0, 1},
+    {"ExtPelcoP", kExtPelcoP, 32, 0},
 };
 
 class PelcoFamily : public testing::TestWithParam<Family> {};
@@ -105,8 +105,8 @@ TEST_P(PelcoFamily, SpeedRamp) {
     const Family& d = GetParam();
     for (uint32_t tStart : {1000u, 0xFFFFFFE0u}) {
         for (uint32_t cmd : {PTZCmd_UpRight, PTZCmd_Left, PTZCmd_Down}) {
-            const Frames middle = DriverHarness(d.build, nullptr, 1).Send(cmd, 4);
-            DriverHarness h(d.build, d.status, 1, tStart);
+            const Frames middle = DriverHarness(d.nModel, 1).Send(cmd, 4);
+            DriverHarness h(d.nModel, 1, tStart);
             h.Send(cmd, 0);
             EXPECT_TRUE(h.RunMs(290).empty());
             EXPECT_EQ(h.RunMs(10), middle) << cmd << " from " << tStart;
@@ -122,7 +122,7 @@ TEST_P(PelcoFamily, SpeedRamp) {
         }
     }
     for (int32_t level : {3, 9, INT32_MAX, INT32_MIN, -1}) {
-        DriverHarness h(d.build, d.status, 1);
+        DriverHarness h(d.nModel, 1);
         EXPECT_EQ(h.Send(PTZCmd_UpLeft, level).size(), 1u) << level;
         EXPECT_EQ(h.State().bStatusActive, 0) << level;
     }
@@ -134,7 +134,7 @@ TEST_P(PelcoFamily, SpeedRamp) {
 TEST_P(PelcoFamily, Tour) {
     const Family& d = GetParam();
     for (int32_t n : {0, 32, 33, 300}) {
-        DriverHarness h(d.build, d.status, 1);
+        DriverHarness h(d.nModel, 1);
         EXPECT_TRUE(h.Send(PTZCmd_PresetTour, n).empty());
         const bool bTaken = d.nTourMax == 0 || (n >= 1 && n <= d.nTourMax);
         EXPECT_EQ(h.State().bStatusActive, bTaken ? 1 : 0) << n;
@@ -142,9 +142,9 @@ TEST_P(PelcoFamily, Tour) {
     }
     Frames want;
     for (int32_t n : {1, 2, 3, 1})
-        want.push_back(DriverHarness(d.build, nullptr, 4).Send(PTZCmd_PresetGo, n).at(0));
+        want.push_back(DriverHarness(d.nModel, 4).Send(PTZCmd_PresetGo, n).at(0));
     for (uint32_t nEnd : {PTZCmd_PresetTourStop, PTZCmd_ZoomWide}) {
-        DriverHarness h(d.build, d.status, 4);
+        DriverHarness h(d.nModel, 4);
         h.Send(PTZCmd_PresetTour, 3);
         for (const Bytes& b : want) {
             EXPECT_TRUE(h.RunMs(2990).empty());
@@ -154,7 +154,7 @@ TEST_P(PelcoFamily, Tour) {
         EXPECT_TRUE(h.RunMs(10000).empty()) << nEnd;
         EXPECT_EQ(h.State().bStatusActive, 0) << nEnd;
     }
-    DriverHarness h(d.build, d.status, 1);
+    DriverHarness h(d.nModel, 1);
     h.Send(PTZCmd_Left, 0);
     h.Send(PTZCmd_PresetTour, 0);
     EXPECT_TRUE(h.RunMs(10000).empty());

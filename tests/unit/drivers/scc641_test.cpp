@@ -1,8 +1,9 @@
-#include "ptz/drivers/pm_drivers.h"
 #include "tests/unit/drivers/driver_harness.h"
 
+constexpr uint32_t kSamsung = 4;
+
 TEST(Scc641, GoldenFrames) {
-    ExpectGolden(BuildCmd_SCC641, {
+    ExpectGolden(kSamsung, {
         // moves: speed in both data bytes, level 0 -> 5, 1 -> 1, 3 -> 16, 6 -> 40, 8 -> 64
         {PTZCmd_Up, 8, 0x12, "A0 FE 12 01 00 04 40 40 6A", PTZCmd_Up},
         {PTZCmd_UpRight, 3, 0x12, "A0 FE 12 01 00 06 10 10 C8", PTZCmd_UpRight},
@@ -34,7 +35,7 @@ TEST(Scc641, GoldenFrames) {
 // Tours of 1-99 are stored but never stepped (no status routine) and free the code in force; the
 // tour stop sends a stop.
 TEST(Scc641, Tour) {
-    DriverHarness h(BuildCmd_SCC641, nullptr, 1);
+    DriverHarness h(kSamsung, 1);
     h.Send(PTZCmd_Left, 8);
     EXPECT_TRUE(h.Send(PTZCmd_PresetTour, 99).empty());
     EXPECT_EQ(h.State().nLastCmd, kNone);

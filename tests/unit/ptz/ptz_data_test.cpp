@@ -82,11 +82,6 @@ TEST_F(PtzCoreTest, AcceptedCommandIsStoredForReplayEvenWhenSuppressed) {
     EXPECT_EQ(last.nCmd, static_cast<uint32_t>(PTZCmd_Left));
     EXPECT_EQ(last.nParam1, 5u);
     EXPECT_EQ(last.nParam3, 7u);
-    // A model whose frames are not built in is accepted and stored, and sends nothing.
-    Camera(2, 1, 1);
-    EXPECT_EQ(PTZControl(1, 2, PTZCmd_Left, 8, 0, 0, 0), 0u);
-    EXPECT_EQ(Pending(2), 0);
-    EXPECT_EQ(share->atPtzLastCmd[2].nCmd, static_cast<uint32_t>(PTZCmd_Left));
 }
 
 TEST_F(PtzCoreTest, VariantWithoutToursRefusesOnlyTheTourCodes) {
