@@ -188,11 +188,11 @@ PTZFrames& PTZFrames::Hex(uint32_t nValue, int nDigits) {
     return *this;
 }
 
-PTZFrames& PTZFrames::Check(PTZCheck eCheck, uint32_t nFrom, uint32_t nSkipTail) {
+PTZFrames& PTZFrames::Check(PTZCheck eCheck, uint32_t nFrom, uint32_t nSkipTail, uint8_t yFlip) {
     if (!m_bOpen) return *this;
     const PTZPacket& p = m_atPacket[m_nDone];
     const uint32_t nTo = p.nLength > nSkipTail ? p.nLength - nSkipTail : 0;
-    return Put(PTZCheckOf(eCheck, p.abData, nFrom, nTo));
+    return Put(PTZCheckOf(eCheck, p.abData, nFrom, nTo) ^ yFlip);
 }
 
 PTZFrames& PTZFrames::CheckHex(PTZCheck eCheck, uint32_t nFrom) {

@@ -137,8 +137,9 @@ public:
     PTZFrames& Hex(uint32_t nValue, int nDigits); // upper-case hexadecimal digits, likewise
 
     // Finishers: append the check of the current frame's bytes from nFrom up to its end less
-    // nSkipTail bytes, as one byte or as two upper-case hexadecimal characters.
-    PTZFrames& Check(PTZCheck eCheck, uint32_t nFrom, uint32_t nSkipTail = 0);
+    // nSkipTail bytes, as one byte (with the bits of yFlip inverted, for a protocol that seeds its
+    // check) or as two upper-case hexadecimal characters.
+    PTZFrames& Check(PTZCheck eCheck, uint32_t nFrom, uint32_t nSkipTail = 0, uint8_t yFlip = 0);
     PTZFrames& CheckHex(PTZCheck eCheck, uint32_t nFrom);
 
     uint32_t Length() const;          // bytes of the current frame so far

@@ -54,3 +54,7 @@ bool DecodeExtPelcoP(const uint8_t* bytes, size_t n, PtzFrameText* out);
 bool DecodeSCC641(const uint8_t* bytes, size_t n, PtzFrameText* out);
 bool DecodeAutoDome(const uint8_t* bytes, size_t n, PtzFrameText* out);
 bool DecodeCanonVCC4(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodeHSDN251NP(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodeBBV(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodeRvtEZ(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodeLGDome(const uint8_t* bytes, size_t n, PtzFrameText* out);

@@ -14,20 +14,31 @@ constexpr PtzProtocol kProtocols[] = {
     {"Samsung SCC-641", DecodeSCC641,    true},
     {"Bosch AutoDome",  DecodeAutoDome,  true},
     {"Canon VC-C4",     DecodeCanonVCC4, false},
+    {"Honeywell HSDN",  DecodeHSDN251NP, true},
+    {"BBV",             DecodeBBV,       true},
+    {"NV/EZ",           DecodeRvtEZ,     true},
+    {"LG dome",         DecodeLGDome,    true},
 };
 // clang-format on
 
-// Index into kProtocols of each model number; -1: none.
+// The protocol of each model number, by name; null: none.
 // clang-format off
-constexpr int kModelProtocol[] = {
-    /*  0 NONE */ -1, /*  1 */ -1, /*  2 */ -1, /*  3 */ -1, /*  4 SCC-641 */ 3,
-    /*  5 */ -1, /*  6 */ -1, /*  7 */ -1, /*  8 */ -1, /*  9 */ -1, /* 10 */ -1, /* 11 */ -1,
-    /* 12-14 Pelco-D */ 0, 0, 0, /* 15 */ -1, /* 16 VC-C4 */ 5,
-    /* 17-19 Pelco-P */ 1, 1, 1, /* 20-22 Pelco-EP */ 2, 2, 2,
-    /* 23 */ -1, /* 24 */ -1, /* 25 */ -1, /* 26 */ -1, /* 27 AutoDome */ 4,
-    /* 28 */ -1, /* 29 */ -1, /* 30 */ -1, /* 31 */ -1, /* 32 */ -1, /* 33 */ -1, /* 34 */ -1,
-    /* 35 */ -1, /* 36 */ -1, /* 37 */ -1, /* 38 */ -1, /* 39 */ -1, /* 40 */ -1, /* 41 */ -1,
-    /* 42 */ -1,
+constexpr const char* kModelProtocol[] = {
+    /*  0 */ nullptr,           /*  1 */ "NV/EZ",           /*  2 */ nullptr,
+    /*  3 */ nullptr,           /*  4 */ "Samsung SCC-641", /*  5 */ nullptr,
+    /*  6 */ nullptr,           /*  7 */ "Pelco-D",         /*  8 */ nullptr,
+    /*  9 */ nullptr,           /* 10 */ nullptr,           /* 11 */ nullptr,
+    /* 12 */ "Pelco-D",         /* 13 */ "Pelco-D",         /* 14 */ "Pelco-D",
+    /* 15 */ nullptr,           /* 16 */ "Canon VC-C4",     /* 17 */ "Pelco-P",
+    /* 18 */ "Pelco-P",         /* 19 */ "Pelco-P",         /* 20 */ "Pelco-EP",
+    /* 21 */ "Pelco-EP",        /* 22 */ "Pelco-EP",        /* 23 */ nullptr,
+    /* 24 */ "Honeywell HSDN",  /* 25 */ "Pelco-D",         /* 26 */ nullptr,
+    /* 27 */ "Bosch AutoDome",  /* 28 */ "Pelco-D",         /* 29 */ nullptr,
+    /* 30 */ nullptr,           /* 31 */ "Pelco-D",         /* 32 */ "NV/EZ",
+    /* 33 */ "LG dome",         /* 34 */ nullptr,           /* 35 */ nullptr,
+    /* 36 */ nullptr,           /* 37 */ nullptr,           /* 38 */ nullptr,
+    /* 39 */ nullptr,           /* 40 */ nullptr,           /* 41 */ nullptr,
+    /* 42 */ "BBV",
 };
 // clang-format on
 static_assert(std::size(kModelProtocol) == kPTZModelCount, "one protocol per model number");
@@ -37,8 +48,8 @@ static_assert(std::size(kModelProtocol) == kPTZModelCount, "one protocol per mod
 std::span<const PtzProtocol> PtzProtocols() { return kProtocols; }
 
 const PtzProtocol* ProtocolOfModel(uint32_t model) {
-    if (model >= std::size(kModelProtocol) || kModelProtocol[model] < 0) return nullptr;
-    return &kProtocols[kModelProtocol[model]];
+    if (model >= std::size(kModelProtocol) || kModelProtocol[model] == nullptr) return nullptr;
+    return ProtocolNamed(kModelProtocol[model]);
 }
 
 const PtzProtocol* ProtocolNamed(const std::string& sName) {

@@ -27,7 +27,8 @@ static std::string Words(uint32_t nModel, uint32_t nAddress, uint32_t nCmd, int3
 }
 
 TEST(Decode, WordsOfBuiltFrames) {
-    enum : uint32_t { kD = 14, kP = 19, kEP = 22, kSamsung = 4, kBosch = 27, kCanon = 16 };
+    enum : uint32_t { kD = 14, kP = 19, kEP = 22, kSamsung = 4, kBosch = 27, kCanon = 16,
+                      kEZ = 32, kHSDN = 24, kLG = 33, kBBV = 42 };
     const struct { uint32_t model, address, cmd; int32_t p1; const char* words;
                    uint32_t p2 = 0, p3 = 0; } kCases[] = {
         {kD, 1, PTZCmd_Left, 8, "pan left 63"},
@@ -55,6 +56,18 @@ TEST(Decode, WordsOfBuiltFrames) {
         {kCanon, 45, PTZCmd_PresetTour, 4, "pan speed 500 / tilt speed 400 / go to preset 1"},
         {kCanon, 1, PTZCmd_CameraOff, 0, "camera off (aux 1 off) / aux 2 off (camera off) [addr 0]"},
         {kCanon, 147, PTZCmd_FocusNearStop, 0, "auto focus off (stop) [addr 47]"},
+        {kHSDN, 7, PTZCmd_DownRight, 8, "move down right 63"},
+        {kHSDN, 7, PTZCmd_MenuOn, 0, "set preset 95 (menu on)"},
+        {kBBV, 3, PTZCmd_FocusFar, 0, "focus far"},
+        {kBBV, 3, PTZCmd_AuxOn2, 0, "aux 2 on"},
+        {kBBV, 3, PTZCmd_Ext1, 0, "record pattern start"},
+        {kBBV, 3, PTZCmd_AutoPanOff, 0, "go to preset 96 (auto pan off)"},
+        {kEZ, 300, PTZCmd_Up, 1, "tilt up 1"},
+        {kEZ, 300, PTZCmd_CameraOff, 0, "camera off"},
+        {kEZ, 300, PTZCmd_MenuOn, 0, "go to preset 95 (menu on)"},
+        {kEZ, 300, PTZCmd_Joystick, 0x85, "move down left 5 zoom tele", 0x05, 0x81},
+        {kLG, 200, PTZCmd_ZoomWide, 0, "zoom wide"},
+        {kLG, 200, PTZCmd_PresetClear, 9, "clear preset 9"},
     };
     for (const auto& c : kCases)
         EXPECT_EQ(Words(c.model, c.address, c.cmd, c.p1, c.p2, c.p3), c.words) << c.cmd;
@@ -66,6 +79,11 @@ TEST(Decode, RefusesForeignBytes) {
         {DecodePelcoP, "A0 00 00 04 3F 00 AE 34"},
         {DecodeAutoDome, "86 00 00 07 85 05 11"},
         {DecodeCanonVCC4, "FF 30 31 00 A1 01 EF"},
+        // the LG dome and the NV/EZ protocol share their start byte, not the next
+        {DecodeRvtEZ, "E5 01 01 00 00 00 00 E7"},
+        {DecodeLGDome, "E5 10 01 00 00 00 53"},
+        {DecodeBBV, "B0 01 00 00 00 00 AF 0E"},
+        {DecodeHSDN251NP, "FF 01 00 00 00 00 01"},
     };
     for (const auto& c : kCases) {
         const Bytes b = Hex(c.sHex).at(0);

@@ -1,0 +1,19 @@
+// Model 25, GE/Kalatel CyberDome domes: Pelco-D frames and codes byte for byte (our choice: no
+// public document ties these domes to a frame of their own, and they also accept Pelco-D).
+//
+//   byte | 0    | 1       | 2         | 3         | 4      | 5      | 6
+//        | 0xFF | address | command 1 | command 2 | data 1 | data 2 | sum of bytes 1-5
+#include "ptz/drivers/pm_drivers.h"
+#include "ptz/drivers/pm_pelco_family.h"
+
+// The capability word tells the recorder which controls to offer; it limits nothing here.
+const PTZCntlOpt CntlOpt_CyberDome = {10, 0xFE880002};
+
+int32_t BuildCmd_CyberDome(uint32_t nAddress, PTZPacket* atPacket, PTZChannelState* ptState,
+                           uint32_t) {
+    return PTZBuild(kPelcoDDriver, nAddress, atPacket, ptState);
+}
+
+int32_t CheckStatus_CyberDome(uint32_t nAddress, PTZPacket* atPacket, PTZChannelState* ptState) {
+    return PTZStatus(kPelcoDDriver, nAddress, atPacket, ptState);
+}
