@@ -30,16 +30,6 @@ constexpr PTZCode kCodes[] = {
     {PTZCmd_Ext1Stop,       Once,      {0x00, 0x21}},
     {PTZCmd_FocusNear,      Held,      {0x01, 0x00}},
     {PTZCmd_FocusFar,       Held,      {0x02, 0x00}},
-    {PTZCmd_ZoomWide,       Held,      {0x00, 0x40}},
-    {PTZCmd_ZoomTele,       Held,      {0x00, 0x20}},
-    {PTZCmd_UpLeft,         Move,      {0x00, 0x0C}},
-    {PTZCmd_Up,             Move,      {0x00, 0x08}},
-    {PTZCmd_UpRight,        Move,      {0x00, 0x0A}},
-    {PTZCmd_Left,           Move,      {0x00, 0x04}},
-    {PTZCmd_Right,          Move,      {0x00, 0x02}},
-    {PTZCmd_DownLeft,       Move,      {0x00, 0x14}},
-    {PTZCmd_Down,           Move,      {0x00, 0x10}},
-    {PTZCmd_DownRight,      Move,      {0x00, 0x12}},
     {PTZCmd_CameraOn,       Once,      {0x40, 0x00}},
     {PTZCmd_CameraOff,      Once,      {0x10, 0x00}},
     {PTZCmd_PresetSet,      Number,    {0x00, kPelcoPresetSet}, kPresetMax},
@@ -49,7 +39,6 @@ constexpr PTZCode kCodes[] = {
     {PTZCmd_PresetTourStop, TourStop},
     {PTZCmd_IrisOpen,       Once,      {0x04, 0x00}},
     {PTZCmd_IrisClose,      Once,      {0x08, 0x00}},
-    {kPTZAnyStop,           Once,      {0x00, 0x00}},
     {PTZCmd_AuxOn1,         Once,      {0x00, kPelcoAuxOn, 0, 1}},
     {PTZCmd_AuxOn2,         Once,      {0x00, kPelcoAuxOn, 0, 2}},
     {PTZCmd_AuxOn3,         Once,      {0x00, kPelcoAuxOn, 0, 3}},
@@ -61,7 +50,7 @@ constexpr PTZCode kCodes[] = {
     {PTZCmd_JoystickStop,   Unsupported},
 };
 // clang-format on
-static_assert(PTZCovers(kCodes, kPTZMoveMask));
+static_assert(PTZCovers(kCodes, kPTZMoveMask, kPelcoMoves));
 
 void Write(PTZFrames& out, uint32_t nAddress, const PTZCode& c, const PTZArgs& x) {
     const PelcoBytes b = PelcoPayload(c, x);
@@ -69,7 +58,8 @@ void Write(PTZFrames& out, uint32_t nAddress, const PTZCode& c, const PTZArgs& x
     out.Put(0xBF).Check(PTZCheck::Xor, 0);
 }
 
-constexpr PTZDriver kBBV = {kCodes, Write, kPTZPelcoSpeeds, kPTZPelcoSpeeds};
+constexpr PTZDriver kBBV = {.atCodes = kCodes, .write = Write, .tPan = kPTZPelcoSpeeds,
+                           .tTilt = kPTZPelcoSpeeds, .atShared = kPelcoMoves};
 
 }  // namespace
 

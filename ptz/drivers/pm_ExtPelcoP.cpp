@@ -31,23 +31,12 @@ constexpr PTZCode kCodes[] = {
     {PTZCmd_FocusFar,       Held,        {0x01, 0x00, 1, 1}},
     {PTZCmd_Ext6,           Silent},
     {PTZCmd_Ext8,           Silent},
-    {PTZCmd_ZoomWide,       Held,        {0x00, 0x40}},
     {PTZCmd_Ext10,          Silent},
-    {PTZCmd_ZoomTele,       Held,        {0x00, 0x20}},
-    {PTZCmd_UpLeft,         Move,        {0x00, 0x0C}},
-    {PTZCmd_Up,             Move,        {0x00, 0x08}},
-    {PTZCmd_UpRight,        Move,        {0x00, 0x0A}},
-    {PTZCmd_Left,           Move,        {0x00, 0x04}},
     {PTZCmd_CameraOn,       Once,        {0x40, 0x00}},
-    {PTZCmd_Right,          Move,        {0x00, 0x02}},
-    {PTZCmd_DownLeft,       Move,        {0x00, 0x14}},
-    {PTZCmd_Down,           Move,        {0x00, 0x10}},
-    {PTZCmd_DownRight,      Move,        {0x00, 0x12}},
     {PTZCmd_PresetSet,      Number,      {0x00, kPelcoPresetSet}, kNumberMax},
     {PTZCmd_PresetTour,     TourStart,   {}, kNumberMax},
     {PTZCmd_IrisOpen,       Once,        {0x04, 0x00, 1, 1}},
     {PTZCmd_IrisClose,      Once,        {0x08, 0x00, 1, 1}},
-    {kPTZAnyStop,           Once,        {0x00, 0x00}},
     {PTZCmd_CameraOff,      Once,        {0x01, 0x00}},
     {PTZCmd_PresetTourStop, TourStop},
     {PTZCmd_AuxOn1,         Once,        {0x00, 0x1F}},
@@ -58,7 +47,7 @@ constexpr PTZCode kCodes[] = {
     {PTZCmd_JoystickStop,   Unsupported},
 };
 // clang-format on
-static_assert(PTZCovers(kCodes, kPTZMoveMask));
+static_assert(PTZCovers(kCodes, kPTZMoveMask, kPelcoMoves));
 
 // The start byte and the end byte are left out of the check.
 void Write(PTZFrames& out, uint32_t nAddress, const PTZCode& c, const PTZArgs& x) {
@@ -70,7 +59,8 @@ void Write(PTZFrames& out, uint32_t nAddress, const PTZCode& c, const PTZArgs& x
 // The builder stores only tours of 1..32 presets, but a refused tour start still becomes the
 // previous command, and the poller may be armed by an earlier ramp: with no tour ever stored the
 // count is 0, an empty tour: nothing to visit, disarm.
-constexpr PTZDriver kExtPelcoP = {kCodes, Write, kPTZPelcoSpeeds, kPTZPelcoSpeeds};
+constexpr PTZDriver kExtPelcoP = {.atCodes = kCodes, .write = Write, .tPan = kPTZPelcoSpeeds,
+                                  .tTilt = kPTZPelcoSpeeds, .atShared = kPelcoMoves};
 
 }  // namespace
 

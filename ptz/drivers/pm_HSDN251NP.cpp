@@ -16,7 +16,8 @@ void Write(PTZFrames& out, uint32_t nAddress, const PTZCode& c, const PTZArgs& x
     out.Check(PTZCheck::Sum8, 1);
 }
 
-const PTZDriver kHSDN251NP = {kPelcoDCodes, Write, kPTZPelcoSpeeds, kPTZPelcoSpeeds};
+const PTZDriver kHSDN251NP = {.atCodes = kPelcoDCodes, .write = Write, .tPan = kPTZPelcoSpeeds,
+                              .tTilt = kPTZPelcoSpeeds, .atShared = kPelcoMoves};
 
 }  // namespace
 

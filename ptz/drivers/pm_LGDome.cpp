@@ -23,16 +23,6 @@ constexpr PTZCode kCodes[] = {
     {PTZCmd_AutoPanOff,     Once,      {0x00, kPelcoPresetGo, 0, 96}},
     {PTZCmd_FocusNear,      Held,      {0x01, 0x00}},
     {PTZCmd_FocusFar,       Held,      {0x00, 0x80}},
-    {PTZCmd_ZoomWide,       Held,      {0x00, 0x40}},
-    {PTZCmd_ZoomTele,       Held,      {0x00, 0x20}},
-    {PTZCmd_UpLeft,         Move,      {0x00, 0x0C}},
-    {PTZCmd_Up,             Move,      {0x00, 0x08}},
-    {PTZCmd_UpRight,        Move,      {0x00, 0x0A}},
-    {PTZCmd_Left,           Move,      {0x00, 0x04}},
-    {PTZCmd_Right,          Move,      {0x00, 0x02}},
-    {PTZCmd_DownLeft,       Move,      {0x00, 0x14}},
-    {PTZCmd_Down,           Move,      {0x00, 0x10}},
-    {PTZCmd_DownRight,      Move,      {0x00, 0x12}},
     {PTZCmd_CameraOn,       Once,      {0x88, 0x00}},
     {PTZCmd_CameraOff,      Once,      {0x08, 0x00}},
     {PTZCmd_PresetSet,      Number,    {0x00, kPelcoPresetSet}, kPresetMax},
@@ -42,12 +32,11 @@ constexpr PTZCode kCodes[] = {
     {PTZCmd_PresetTourStop, TourStop},
     {PTZCmd_IrisOpen,       Once,      {0x02, 0x00}},
     {PTZCmd_IrisClose,      Once,      {0x04, 0x00}},
-    {kPTZAnyStop,           Once,      {0x00, 0x00}},
     {PTZCmd_JoystickStop,   Unsupported},
     {PTZCmd_MenuOn,         Once,      {0x00, kPelcoPresetGo, 0, 95}},
 };
 // clang-format on
-static_assert(PTZCovers(kCodes, kPTZMoveMask));
+static_assert(PTZCovers(kCodes, kPTZMoveMask, kPelcoMoves));
 
 void Write(PTZFrames& out, uint32_t nAddress, const PTZCode& c, const PTZArgs& x) {
     const PelcoBytes b = PelcoPayload(c, x);
@@ -55,7 +44,8 @@ void Write(PTZFrames& out, uint32_t nAddress, const PTZCode& c, const PTZArgs& x
     out.Put(b.yData2).Check(PTZCheck::Sum8, 0);
 }
 
-constexpr PTZDriver kLGDome = {kCodes, Write, kPTZPelcoSpeeds, kPTZPelcoSpeeds};
+constexpr PTZDriver kLGDome = {.atCodes = kCodes, .write = Write, .tPan = kPTZPelcoSpeeds,
+                              .tTilt = kPTZPelcoSpeeds, .atShared = kPelcoMoves};
 
 }  // namespace
 

@@ -25,24 +25,13 @@ constexpr PTZCode kCodes[] = {
     {PTZCmd_AutoPan,        Once,      {0x90, 0x00}},
     {PTZCmd_FocusNear,      Held,      {0x01, 0x00}},
     {PTZCmd_FocusFar,       Held,      {0x00, 0x80}},
-    {PTZCmd_ZoomWide,       Held,      {0x00, 0x40}},
-    {PTZCmd_ZoomTele,       Held,      {0x00, 0x20}},
-    {PTZCmd_UpLeft,         Move,      {0x00, 0x0C}},
-    {PTZCmd_Up,             Move,      {0x00, 0x08}},
-    {PTZCmd_UpRight,        Move,      {0x00, 0x0A}},
-    {PTZCmd_Left,           Move,      {0x00, 0x04}},
     {PTZCmd_CameraOn,       Once,      {0x88, 0x00}},
-    {PTZCmd_Right,          Move,      {0x00, 0x02}},
-    {PTZCmd_DownLeft,       Move,      {0x00, 0x14}},
-    {PTZCmd_Down,           Move,      {0x00, 0x10}},
-    {PTZCmd_DownRight,      Move,      {0x00, 0x12}},
     {PTZCmd_PresetSet,      Number,    {0x00, kPelcoPresetSet}, 255},
     {PTZCmd_PresetTour,     TourStart},
     {PTZCmd_IrisOpen,       Once,      {0x02, 0x00}},
     {PTZCmd_IrisClose,      Once,      {0x04, 0x00}},
     {PTZCmd_IrisAuto,       Once,      {0x00, 0x2D, 0, 1}},
     {PTZCmd_AutoPanOff,     Once,      {0x10, 0x00}},
-    {kPTZAnyStop,           Once,      {0x00, 0x00}},
     {PTZCmd_CameraOff,      Once,      {0x08, 0x00}},
     {PTZCmd_PresetTourStop, TourStop},
     {PTZCmd_IrisAutoOff,    Once,      {0x00, 0x2D, 0, 2}},
@@ -54,7 +43,7 @@ constexpr PTZCode kCodes[] = {
     {PTZCmd_FocusAutoOff,   Once,      {0x00, 0x2B, 0, 2}},
 };
 // clang-format on
-static_assert(PTZCovers(kCodes, kPTZMoveMask));
+static_assert(PTZCovers(kCodes, kPTZMoveMask, kPelcoMoves));
 
 void Write(PTZFrames& out, uint32_t nAddress, const PTZCode& c, const PTZArgs& x) {
     const PelcoBytes b = PelcoPayload(c, x);
@@ -67,7 +56,8 @@ void Write(PTZFrames& out, uint32_t nAddress, const PTZCode& c, const PTZArgs& x
 const std::span<const PTZCode> kPelcoDCodes = kCodes;
 // A tour of 0 presets is accepted by the builder; it is an empty tour: nothing to visit, so the
 // poller disarms instead of stepping.
-const PTZDriver kPelcoDDriver = {kCodes, Write, kPTZPelcoSpeeds, kPTZPelcoSpeeds};
+const PTZDriver kPelcoDDriver = {.atCodes = kCodes, .write = Write, .tPan = kPTZPelcoSpeeds,
+                                 .tTilt = kPTZPelcoSpeeds, .atShared = kPelcoMoves};
 
 int32_t BuildCmd_PelcoD(uint32_t nAddress, PTZPacket* atPacket, PTZChannelState* ptState, uint32_t) {
     return PTZBuild(kPelcoDDriver, nAddress, atPacket, ptState);

@@ -26,23 +26,12 @@ constexpr PTZCode kCodes[] = {
     {PTZCmd_AutoPan,        Held,      {0x00, kPelcoPresetGo, 0, 99}},
     {PTZCmd_FocusNear,      Held,      {0x02, 0x00}},
     {PTZCmd_FocusFar,       Held,      {0x01, 0x00}},
-    {PTZCmd_ZoomWide,       Held,      {0x00, 0x40}},
-    {PTZCmd_ZoomTele,       Held,      {0x00, 0x20}},
-    {PTZCmd_UpLeft,         Move,      {0x00, 0x0C}},
-    {PTZCmd_Up,             Move,      {0x00, 0x08}},
-    {PTZCmd_UpRight,        Move,      {0x00, 0x0A}},
-    {PTZCmd_Left,           Move,      {0x00, 0x04}},
     {PTZCmd_CameraOn,       Once,      {0x40, 0x00}},
-    {PTZCmd_Right,          Move,      {0x00, 0x02}},
-    {PTZCmd_DownLeft,       Move,      {0x00, 0x14}},
-    {PTZCmd_Down,           Move,      {0x00, 0x10}},
-    {PTZCmd_DownRight,      Move,      {0x00, 0x12}},
     {PTZCmd_PresetSet,      Number,    {0x00, kPelcoPresetSet}, kNumberMax},
     {PTZCmd_PresetTour,     TourStart},
     {PTZCmd_IrisOpen,       Once,      {0x04, 0x00}},
     {PTZCmd_IrisClose,      Once,      {0x08, 0x00}},
     {PTZCmd_AutoPanOff,     Once,      {0x00, kPelcoPresetGo, 0, 96}},
-    {kPTZAnyStop,           Once,      {0x00, 0x00}},
     {PTZCmd_CameraOff,      Once,      {0x10, 0x00}},
     {PTZCmd_PresetTourStop, TourStop},
     {PTZCmd_MenuOn,         Once,      {0x00, kPelcoPresetSet, 0, 95}},
@@ -51,7 +40,7 @@ constexpr PTZCode kCodes[] = {
     {PTZCmd_Joystick,       Joystick},
 };
 // clang-format on
-static_assert(PTZCovers(kCodes, kPTZMoveMask));
+static_assert(PTZCovers(kCodes, kPTZMoveMask, kPelcoMoves));
 
 void Write(PTZFrames& out, uint32_t nAddress, const PTZCode& c, const PTZArgs& x) {
     const PelcoBytes b = PelcoPayload(c, x);
@@ -60,8 +49,9 @@ void Write(PTZFrames& out, uint32_t nAddress, const PTZCode& c, const PTZArgs& x
 }
 
 // A tour of 0 presets sends nothing but leaves the poller armed.
-constexpr PTZDriver kPelcoP = {kCodes, Write, kPTZPelcoSpeeds, kPTZPelcoSpeeds, {}, kPTZMoveMask, 0,
-                               PTZEmptyTour::StayArmed};
+constexpr PTZDriver kPelcoP = {.atCodes = kCodes, .write = Write, .tPan = kPTZPelcoSpeeds,
+                               .tTilt = kPTZPelcoSpeeds, .eEmptyTour = PTZEmptyTour::StayArmed,
+                               .atShared = kPelcoMoves};
 
 }  // namespace
 

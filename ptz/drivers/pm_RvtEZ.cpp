@@ -30,16 +30,6 @@ constexpr PTZCode kCodes[] = {
     {PTZCmd_AutoPanOff,     Once,      {0, kPelcoPresetGo, 0, 96}},
     {PTZCmd_FocusNear,      Held,      {0, 0x01, 0x01}},
     {PTZCmd_FocusFar,       Held,      {0, 0x80}},
-    {PTZCmd_ZoomWide,       Held,      {0, 0x40}},
-    {PTZCmd_ZoomTele,       Held,      {0, 0x20}},
-    {PTZCmd_UpLeft,         Move,      {0, 0x0C}},
-    {PTZCmd_Up,             Move,      {0, 0x08}},
-    {PTZCmd_UpRight,        Move,      {0, 0x0A}},
-    {PTZCmd_Left,           Move,      {0, 0x04}},
-    {PTZCmd_Right,          Move,      {0, 0x02}},
-    {PTZCmd_DownLeft,       Move,      {0, 0x14}},
-    {PTZCmd_Down,           Move,      {0, 0x10}},
-    {PTZCmd_DownRight,      Move,      {0, 0x12}},
     {PTZCmd_CameraOn,       Once,      {0, 0x01, 0x88}},
     {PTZCmd_CameraOff,      Once,      {0, 0x01, 0x08}},
     {PTZCmd_PresetSet,      Number,    {0, kPelcoPresetSet}, kNumberMax},
@@ -49,7 +39,6 @@ constexpr PTZCode kCodes[] = {
     {PTZCmd_PresetTourStop, TourStop},
     {PTZCmd_IrisOpen,       Once,      {0, 0x01, 0x02}},
     {PTZCmd_IrisClose,      Once,      {0, 0x01, 0x04}},
-    {kPTZAnyStop,           Once,      {0, 0x00}},
     {PTZCmd_AuxOn1,         Once,      {0, kPelcoAuxOn, 0, 1}},
     {PTZCmd_AuxOn2,         Once,      {0, kPelcoAuxOn, 0, 2}},
     {PTZCmd_AuxOn3,         Once,      {0, kPelcoAuxOn, 0, 3}},
@@ -67,7 +56,7 @@ constexpr PTZCode kCodes[] = {
     {PTZCmd_Joystick,       Joystick},
 };
 // clang-format on
-static_assert(PTZCovers(kCodes, kPTZMoveMask));
+static_assert(PTZCovers(kCodes, kPTZMoveMask, kPelcoMoves));
 
 void Write(PTZFrames& out, uint32_t nAddress, const PTZCode& c, const PTZArgs& x) {
     const PelcoBytes b = PelcoPayload(c, x);
@@ -75,7 +64,8 @@ void Write(PTZFrames& out, uint32_t nAddress, const PTZCode& c, const PTZArgs& x
     out.Put(b.yCmd2).Put(b.yData1).Put(b.yData2).Check(PTZCheck::Sum8, 0, 0, kCheckSeed);
 }
 
-constexpr PTZDriver kRvtEZ = {kCodes, Write, kPTZPelcoSpeeds, kPTZPelcoSpeeds};
+constexpr PTZDriver kRvtEZ = {.atCodes = kCodes, .write = Write, .tPan = kPTZPelcoSpeeds,
+                             .tTilt = kPTZPelcoSpeeds, .atShared = kPelcoMoves};
 
 }  // namespace
 

@@ -60,11 +60,13 @@ uint32_t TourAdvance(PTZChannelState* s) {
 
 }  // namespace
 
-const PTZCode* PTZFindCode(std::span<const PTZCode> atCodes, uint32_t nCmd) {
+const PTZCode* PTZFindCode(const PTZDriver& d, uint32_t nCmd) {
     const PTZCode* ptAnyStop = nullptr;
-    for (const PTZCode& c : atCodes) {
-        if (c.nCode == nCmd) return &c;
-        if (c.nCode == kPTZAnyStop) ptAnyStop = &c;
+    for (std::span<const PTZCode> at : {d.atCodes, d.atShared}) {
+        for (const PTZCode& c : at) {
+            if (c.nCode == nCmd) return &c;
+            if (c.nCode == kPTZAnyStop && ptAnyStop == nullptr) ptAnyStop = &c;
+        }
     }
     return PTZIsStop(nCmd) ? ptAnyStop : nullptr;
 }
@@ -76,7 +78,7 @@ int32_t PTZBuild(const PTZDriver& d, uint32_t nAddress, PTZPacket* atPacket, PTZ
         s->bStatusActive = 1;
         s->nRampStep = 0;
     }
-    const PTZCode* c = PTZFindCode(d.atCodes, nCmd);
+    const PTZCode* c = PTZFindCode(d, nCmd);
     if (c == nullptr || c->eOp == PTZOp::Unsupported) {
         s->nLastCmd = c == nullptr && d.eUnlisted == PTZUnlisted::Forget ? kPTZCmdNone : nCmd;
         return 0;
@@ -113,7 +115,7 @@ int32_t PTZBuild(const PTZDriver& d, uint32_t nAddress, PTZPacket* atPacket, PTZ
     default:
         break;
     }
-    if (PTZIsStop(nCmd)) x.ptStopped = PTZFindCode(d.atCodes, nCmd - 32);
+    if (PTZIsStop(nCmd)) x.ptStopped = PTZFindCode(d, nCmd - 32);
 
     const int32_t nFrames = Write(d, nAddress, atPacket, *c, x);
     // A camera that stops by itself is reminded of a held action by the status routine. A move
@@ -128,7 +130,7 @@ int32_t PTZBuild(const PTZDriver& d, uint32_t nAddress, PTZPacket* atPacket, PTZ
 int32_t PTZStatus(const PTZDriver& d, uint32_t nAddress, PTZPacket* atPacket, PTZChannelState* s) {
     const uint32_t nPrev = s->nPrevCmd;
     const uint32_t nLevel = static_cast<uint32_t>(s->nPrevParam1);
-    const PTZCode* c = PTZFindCode(d.atCodes, nPrev);
+    const PTZCode* c = PTZFindCode(d, nPrev);
     const bool bRamps = PTZCodeIn(d.dwRampMask, nPrev);
     const bool bRefreshes =
         d.nRefreshMs > 0 && HeldRow(c) && Refreshable(PTZMeaningOf(nPrev));
@@ -155,7 +157,7 @@ int32_t PTZStatus(const PTZDriver& d, uint32_t nAddress, PTZPacket* atPacket, PT
     }
     if (nPrev == PTZCmd_PresetTour) {
         if (!PTZElapsedMs(s->tStatusClock, kPTZTourDwellMs)) return 0;
-        const PTZCode* ptGo = PTZFindCode(d.atCodes, PTZCmd_PresetGo);
+        const PTZCode* ptGo = PTZFindCode(d, PTZCmd_PresetGo);
         // A tour of no presets has nothing to visit; a driver without presets cannot tour.
         if (s->nTourCount == 0 || ptGo == nullptr) {
             if (ptGo == nullptr || d.eEmptyTour == PTZEmptyTour::Disarm) s->bStatusActive = 0;

@@ -78,6 +78,7 @@ struct PTZDriver {
     int32_t nRefreshMs = 0;                  // re-send held moves, zoom and focus this often; 0 never
     PTZEmptyTour eEmptyTour = PTZEmptyTour::Disarm;
     PTZUnlisted eUnlisted = PTZUnlisted::Remember;
+    std::span<const PTZCode> atShared = {};  // rows a family of drivers shares, after atCodes
 };
 
 // The speed scale of the Pelco-D command set, which most makes copy: 4 for level 0, 1-63, ramped
@@ -89,17 +90,19 @@ int32_t PTZBuild(const PTZDriver& tDriver, uint32_t nAddress, PTZPacket* atPacke
 int32_t PTZStatus(const PTZDriver& tDriver, uint32_t nAddress, PTZPacket* atPacket,
                   PTZChannelState* ptState);
 
-// The row of nCmd: its own row, else the table's stop row for a stop, else null.
-const PTZCode* PTZFindCode(std::span<const PTZCode> atCodes, uint32_t nCmd);
+// The row of nCmd in the driver's tables: its own row, else a stop row for a stop, else null.
+const PTZCode* PTZFindCode(const PTZDriver& tDriver, uint32_t nCmd);
 
 // True when every code of the mask has a row that builds a frame, which the status routine needs
-// to ramp them; each ramping driver checks its table with it at compile time.
-constexpr bool PTZCovers(std::span<const PTZCode> atCodes, uint32_t dwMask) {
+// to ramp them; each ramping driver checks its tables with it at compile time.
+constexpr bool PTZCovers(std::span<const PTZCode> atCodes, uint32_t dwMask,
+                         std::span<const PTZCode> atShared = {}) {
     for (uint32_t nCode = 0; nCode < 32; ++nCode) {
         if (!PTZCodeIn(dwMask, nCode)) continue;
         bool bFound = false;
-        for (const PTZCode& c : atCodes)
-            bFound = bFound || (c.nCode == nCode && (c.eOp == PTZOp::Move || c.eOp == PTZOp::Held));
+        for (std::span<const PTZCode> at : {atCodes, atShared})
+            for (const PTZCode& c : at)
+                bFound = bFound || (c.nCode == nCode && (c.eOp == PTZOp::Move || c.eOp == PTZOp::Held));
         if (!bFound) return false;
     }
     return true;

@@ -25,6 +25,24 @@ struct PelcoBytes {
 // proportional move's directions in command 2 with its magnitudes in the data bytes.
 PelcoBytes PelcoPayload(const PTZCode& c, const PTZArgs& x);
 
-// Pelco-D's code table and driver, used as they stand by the makes that copy it.
+// The rows every Pelco-coded table shares: the eight moves (speeds in the data bytes), zoom, and
+// the all-zero stop. A driver lists its own rows and names these as its shared rows.
+// clang-format off
+inline constexpr PTZCode kPelcoMoves[] = {
+    {PTZCmd_UpLeft,    PTZOp::Move, {0x00, 0x0C}},
+    {PTZCmd_Up,        PTZOp::Move, {0x00, 0x08}},
+    {PTZCmd_UpRight,   PTZOp::Move, {0x00, 0x0A}},
+    {PTZCmd_Left,      PTZOp::Move, {0x00, 0x04}},
+    {PTZCmd_Right,     PTZOp::Move, {0x00, 0x02}},
+    {PTZCmd_DownLeft,  PTZOp::Move, {0x00, 0x14}},
+    {PTZCmd_Down,      PTZOp::Move, {0x00, 0x10}},
+    {PTZCmd_DownRight, PTZOp::Move, {0x00, 0x12}},
+    {PTZCmd_ZoomWide,  PTZOp::Held, {0x00, 0x40}},
+    {PTZCmd_ZoomTele,  PTZOp::Held, {0x00, 0x20}},
+    {kPTZAnyStop,      PTZOp::Once, {0x00, 0x00}},
+};
+// clang-format on
+
+// Pelco-D's own rows, used as they stand by the makes that copy Pelco-D, and its driver.
 extern const std::span<const PTZCode> kPelcoDCodes;
 extern const PTZDriver kPelcoDDriver;
