@@ -54,3 +54,7 @@ bool DecodeExtPelcoP(const uint8_t* bytes, size_t n, PtzFrameText* out);
 bool DecodeSCC641(const uint8_t* bytes, size_t n, PtzFrameText* out);
 bool DecodeAutoDome(const uint8_t* bytes, size_t n, PtzFrameText* out);
 bool DecodeCanonVCC4(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodeADDeltaDome(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodeMLPIH7x00(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodeGC655NP(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodeVCL(const uint8_t* bytes, size_t n, PtzFrameText* out);

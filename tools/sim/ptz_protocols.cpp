@@ -14,18 +14,22 @@ constexpr PtzProtocol kProtocols[] = {
     {"Samsung SCC-641", DecodeSCC641,    true},
     {"Bosch AutoDome",  DecodeAutoDome,  true},
     {"Canon VC-C4",     DecodeCanonVCC4, false},
+    {"AD DeltaDome",    DecodeADDeltaDome, true},
+    {"Merit Lilin",     DecodeMLPIH7x00, false},
+    {"Honeywell GCC-655", DecodeGC655NP, true},
+    {"VCL",             DecodeVCL,       false},
 };
 // clang-format on
 
 // Index into kProtocols of each model number; -1: none.
 // clang-format off
 constexpr int kModelProtocol[] = {
-    /*  0 NONE */ -1, /*  1 */ -1, /*  2 */ -1, /*  3 */ -1, /*  4 SCC-641 */ 3,
-    /*  5 */ -1, /*  6 */ -1, /*  7 */ -1, /*  8 */ -1, /*  9 */ -1, /* 10 */ -1, /* 11 */ -1,
+    /*  0 NONE */ -1, /*  1 */ -1, /*  2 Lilin */ 7, /*  3 VCL */ 9, /*  4 SCC-641 */ 3,
+    /*  5 */ -1, /*  6 */ -1, /*  7 */ -1, /*  8 */ -1, /*  9 */ -1, /* 10 GCC */ 8, /* 11 */ -1,
     /* 12-14 Pelco-D */ 0, 0, 0, /* 15 */ -1, /* 16 VC-C4 */ 5,
     /* 17-19 Pelco-P */ 1, 1, 1, /* 20-22 Pelco-EP */ 2, 2, 2,
     /* 23 */ -1, /* 24 */ -1, /* 25 */ -1, /* 26 */ -1, /* 27 AutoDome */ 4,
-    /* 28 */ -1, /* 29 */ -1, /* 30 */ -1, /* 31 */ -1, /* 32 */ -1, /* 33 */ -1, /* 34 */ -1,
+    /* 28 */ -1, /* 29 AD */ 6, /* 30 */ -1, /* 31 */ -1, /* 32 */ -1, /* 33 */ -1, /* 34 */ -1,
     /* 35 */ -1, /* 36 */ -1, /* 37 */ -1, /* 38 */ -1, /* 39 */ -1, /* 40 */ -1, /* 41 */ -1,
     /* 42 */ -1,
 };
