@@ -47,17 +47,16 @@ const ADCommand* ADCommandOf(uint8_t y) {
     return nullptr;
 }
 
-// Length of the frame that the command byte starts, 0 when it starts none; the bytes after it
-// must be of that kind of frame.
-size_t ADLength(const uint8_t* b, size_t n) {
+// Length of the frame that the command byte (b[1]) starts, 0 when it starts none; the byte after
+// it (b[2]) must fit that kind of frame.
+size_t ADLength(const uint8_t* b) {
     switch (b[1]) {
     case 0xC0: {
-        if (n < 3) return 0;
         const ADCommand* c = ADCommandOf(b[2]);
         return c != nullptr && c->tWhat.eAction == A::Move ? 5 : 0;
     }
-    case 0xC7: return n >= 3 && (b[2] == 0x01 || b[2] == 0x02) ? 5 : 0;
-    case 0xCC: return n >= 3 && b[2] >= 0x03 && b[2] <= 0x05 ? 4 : 0;
+    case 0xC7: return b[2] == 0x01 || b[2] == 0x02 ? 5 : 0;
+    case 0xCC: return b[2] >= 0x03 && b[2] <= 0x05 ? 4 : 0;
     default: return ADCommandOf(b[1]) != nullptr ? 3 : 0;
     }
 }
@@ -112,7 +111,7 @@ bool LilinCommand(uint8_t yData, PtzFrameText* t) {
 
 bool DecodeADDeltaDome(const uint8_t* b, size_t n, PtzFrameText* t) {
     if (n < 3 || b[0] == 0 || b[0] > kADAddressMax) return false;
-    const size_t nLength = ADLength(b, n);
+    const size_t nLength = ADLength(b);
     if (nLength == 0 || n < nLength) return false;
     t->nLength = nLength;
     t->nAddress = b[0];

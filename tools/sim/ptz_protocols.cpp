@@ -16,7 +16,7 @@ constexpr PtzProtocol kProtocols[] = {
     {"Canon VC-C4",     DecodeCanonVCC4, false},
     {"AD DeltaDome",    DecodeADDeltaDome, true},
     {"Merit Lilin",     DecodeMLPIH7x00, false},
-    {"Honeywell GCC-655", DecodeGC655NP, true},
+    {"Honeywell GCC-655N", DecodeGC655NP, true},
     {"VCL",             DecodeVCL,       false},
 };
 // clang-format on

@@ -107,10 +107,11 @@ TEST(DecodeShortFrames, OtherProtocolsFramesAreRefused) {
         {"Merit Lilin", "81 05 00"},
         {"VCL", "80 4C 20"},
         {"VCL", "FF 72"},
-        {"Honeywell GCC-655", "C5 5F 01 00 01 26"},
-        {"Honeywell GCC-655", "C5 7A 31 00 01 71"},
+        {"Honeywell GCC-655N", "C5 5F 01 00 01 26"},
+        {"Honeywell GCC-655N", "C5 7A 31 00 01 71"},
     };
-    const std::set<std::string> kOurs = {"AD DeltaDome", "Merit Lilin", "VCL", "Honeywell GCC-655"};
+    const std::set<std::string> kOurs = {"AD DeltaDome", "Merit Lilin", "VCL",
+                                         "Honeywell GCC-655N"};
     const std::set<std::string> kFrameOfBoth = {
         "A0 01 00 08 00 04 AF 0D read by Merit Lilin",
         "87 01 00 05 00 00 20 2D read by Merit Lilin",
