@@ -58,3 +58,7 @@ bool DecodeHSDN251NP(const uint8_t* bytes, size_t n, PtzFrameText* out);
 bool DecodeBBV(const uint8_t* bytes, size_t n, PtzFrameText* out);
 bool DecodeRvtEZ(const uint8_t* bytes, size_t n, PtzFrameText* out);
 bool DecodeLGDome(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodeADDeltaDome(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodeMLPIH7x00(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodeGC655NP(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodeVCL(const uint8_t* bytes, size_t n, PtzFrameText* out);

@@ -18,27 +18,59 @@ constexpr PtzProtocol kProtocols[] = {
     {"BBV",             DecodeBBV,       true},
     {"NV/EZ",           DecodeRvtEZ,     true},
     {"LG dome",         DecodeLGDome,    true},
+    {"AD DeltaDome",    DecodeADDeltaDome, true},
+    {"Merit Lilin",     DecodeMLPIH7x00,   false},
+    {"Honeywell GCC-655N", DecodeGC655NP, true},
+    {"VCL",             DecodeVCL,         false},
 };
 // clang-format on
 
 // The protocol of each model number, by name; null: none.
 // clang-format off
 constexpr const char* kModelProtocol[] = {
-    /*  0 */ nullptr,           /*  1 */ "NV/EZ",           /*  2 */ nullptr,
-    /*  3 */ nullptr,           /*  4 */ "Samsung SCC-641", /*  5 */ nullptr,
-    /*  6 */ nullptr,           /*  7 */ "Pelco-D",         /*  8 */ nullptr,
-    /*  9 */ nullptr,           /* 10 */ nullptr,           /* 11 */ nullptr,
-    /* 12 */ "Pelco-D",         /* 13 */ "Pelco-D",         /* 14 */ "Pelco-D",
-    /* 15 */ nullptr,           /* 16 */ "Canon VC-C4",     /* 17 */ "Pelco-P",
-    /* 18 */ "Pelco-P",         /* 19 */ "Pelco-P",         /* 20 */ "Pelco-EP",
-    /* 21 */ "Pelco-EP",        /* 22 */ "Pelco-EP",        /* 23 */ nullptr,
-    /* 24 */ "Honeywell HSDN",  /* 25 */ "Pelco-D",         /* 26 */ nullptr,
-    /* 27 */ "Bosch AutoDome",  /* 28 */ "Pelco-D",         /* 29 */ nullptr,
-    /* 30 */ nullptr,           /* 31 */ "Pelco-D",         /* 32 */ "NV/EZ",
-    /* 33 */ "LG dome",         /* 34 */ nullptr,           /* 35 */ nullptr,
-    /* 36 */ nullptr,           /* 37 */ nullptr,           /* 38 */ nullptr,
-    /* 39 */ nullptr,           /* 40 */ nullptr,           /* 41 */ nullptr,
-    /* 42 */ "BBV",
+    nullptr,               //  0 NONE
+    "NV/EZ",               //  1 NUVICO, NV Protocol 9600 BPS
+    "Merit Lilin",         //  2 MERIT LILIN, PIH-7000/7600
+    "VCL",                 //  3 VCL, Orbiter Microsphere
+    "Samsung SCC-641",     //  4 SAMSUNG, SCC-641
+    nullptr,               //  5 NEC, NC-21D
+    nullptr,               //  6 SUNKWANG, SK2107
+    "Pelco-D",             //  7 RESERVED
+    nullptr,               //  8 D-MAX, PTZ PROTOCOL
+    nullptr,               //  9 LG, LPT-A100L P/T/Z
+    "Honeywell GCC-655N",  // 10 HONEYWELL, GCC-655N
+    nullptr,               // 11 WONWOO, PT-101
+    "Pelco-D",             // 12 PELCO, D Protocol 2400 bps
+    "Pelco-D",             // 13 PELCO, D Protocol 4800 bps
+    "Pelco-D",             // 14 PELCO, D Protocol 9600 bps
+    nullptr,               // 15 C&B TECH, AN200
+    "Canon VC-C4",         // 16 CANON, VC-C4
+    "Pelco-P",             // 17 PELCO, P Protocol 2400 bps
+    "Pelco-P",             // 18 PELCO, P Protocol 4800 bps
+    "Pelco-P",             // 19 PELCO, P Protocol 9600 bps
+    "Pelco-EP",            // 20 PELCO, EP Protocol 2400 bps
+    "Pelco-EP",            // 21 PELCO, EP Protocol 4800 bps
+    "Pelco-EP",            // 22 PELCO, EP Protocol 9600 bps
+    nullptr,               // 23 PANASONIC, WV-CS/W85x,86x
+    "Honeywell HSDN",      // 24 HONEYWELL, HSDN-251N/P
+    "Pelco-D",             // 25 GE/KALATEL, CyberDome Series
+    nullptr,               // 26 DONGYANG ELEC, SmartDome
+    "Bosch AutoDome",      // 27 BOSCH, TC8560/TC700
+    "Pelco-D",             // 28 SYSMANIA, ORX1000
+    "AD DeltaDome",        // 29 AD, DELTADOME
+    nullptr,               // 30 HUNT, HTZ-2300
+    "Pelco-D",             // 31 VESTO, RESERVED
+    "NV/EZ",               // 32 RVT, EZ Protocol
+    "LG dome",             // 33 LG, Dome Protocol
+    nullptr,               // 34 ELMO, PTC-200C/400C
+    nullptr,               // 35 NICECAM, MP-1xxx
+    nullptr,               // 36 C&B TECH, CNB-PTZ102
+    nullptr,               // 37 IKEGAMI, PCS i-LAN Protocol
+    nullptr,               // 38 IKEGAMI, ICD i-LAN Protocol
+    nullptr,               // 39 RESERVED
+    nullptr,               // 40 TOA, SC80 System Controller
+    nullptr,               // 41 TOSHIBA, SC1000
+    "BBV",                 // 42 BBV, TC 9600 BPS
 };
 // clang-format on
 static_assert(std::size(kModelProtocol) == kPTZModelCount, "one protocol per model number");
