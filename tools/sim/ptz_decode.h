@@ -54,3 +54,7 @@ bool DecodeExtPelcoP(const uint8_t* bytes, size_t n, PtzFrameText* out);
 bool DecodeSCC641(const uint8_t* bytes, size_t n, PtzFrameText* out);
 bool DecodeAutoDome(const uint8_t* bytes, size_t n, PtzFrameText* out);
 bool DecodeCanonVCC4(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodeNEC_NC21(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodeSK2107(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodeHunt(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodePTC400C(const uint8_t* bytes, size_t n, PtzFrameText* out);
