@@ -1,8 +1,9 @@
 // Hunt HTZ-2300 speed-dome protocol: one 7-byte frame per command. The frame and its codes are
 // those of a documented speed-dome protocol of another maker with exactly this frame.
 //
-//   byte | 0    | 1       | 2              | 3               | 4    | 5           | 6
-//        | 0xFA | command | address bits 5+ | address bits 0-4 | data | keyboard 00 | check
+//   byte | 0    | 1       | 2         | 3         | 4    | 5        | 6
+//        | 0xFA | command | address   | address   | data | keyboard | check
+//        |      |         | bits 5-12 | bits 0-4  |      | 0x00     |
 //
 //   data   a speed 01-EF for moves, lens and auto pan, 00 stopping that same command; a preset
 //          (1-192) or a camera tour group (1-16)
