@@ -62,3 +62,7 @@ bool DecodeADDeltaDome(const uint8_t* bytes, size_t n, PtzFrameText* out);
 bool DecodeMLPIH7x00(const uint8_t* bytes, size_t n, PtzFrameText* out);
 bool DecodeGC655NP(const uint8_t* bytes, size_t n, PtzFrameText* out);
 bool DecodeVCL(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodeNEC_NC21(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodeSK2107(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodeHunt(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodePTC400C(const uint8_t* bytes, size_t n, PtzFrameText* out);

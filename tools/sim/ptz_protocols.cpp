@@ -22,6 +22,10 @@ constexpr PtzProtocol kProtocols[] = {
     {"Merit Lilin",     DecodeMLPIH7x00,   false},
     {"Honeywell GCC-655N", DecodeGC655NP, true},
     {"VCL",             DecodeVCL,         false},
+    {"NEC NC-21D",      DecodeNEC_NC21,  true},
+    {"Sunkwang SK2107", DecodeSK2107,    true},
+    {"Hunt HTZ-2300",   DecodeHunt,      true},
+    {"Elmo PTC-400C",   DecodePTC400C,   true},
 };
 // clang-format on
 
@@ -33,13 +37,13 @@ constexpr const char* kModelProtocol[] = {
     "Merit Lilin",         //  2 MERIT LILIN, PIH-7000/7600
     "VCL",                 //  3 VCL, Orbiter Microsphere
     "Samsung SCC-641",     //  4 SAMSUNG, SCC-641
-    nullptr,               //  5 NEC, NC-21D
-    nullptr,               //  6 SUNKWANG, SK2107
+    "NEC NC-21D",          //  5 NEC, NC-21D
+    "Sunkwang SK2107",     //  6 SUNKWANG, SK2107
     "Pelco-D",             //  7 RESERVED
-    nullptr,               //  8 D-MAX, PTZ PROTOCOL
+    "Sunkwang SK2107",     //  8 D-MAX, PTZ PROTOCOL
     nullptr,               //  9 LG, LPT-A100L P/T/Z
     "Honeywell GCC-655N",  // 10 HONEYWELL, GCC-655N
-    nullptr,               // 11 WONWOO, PT-101
+    "Sunkwang SK2107",     // 11 WONWOO, PT-101
     "Pelco-D",             // 12 PELCO, D Protocol 2400 bps
     "Pelco-D",             // 13 PELCO, D Protocol 4800 bps
     "Pelco-D",             // 14 PELCO, D Protocol 9600 bps
@@ -58,12 +62,12 @@ constexpr const char* kModelProtocol[] = {
     "Bosch AutoDome",      // 27 BOSCH, TC8560/TC700
     "Pelco-D",             // 28 SYSMANIA, ORX1000
     "AD DeltaDome",        // 29 AD, DELTADOME
-    nullptr,               // 30 HUNT, HTZ-2300
+    "Hunt HTZ-2300",       // 30 HUNT, HTZ-2300
     "Pelco-D",             // 31 VESTO, RESERVED
     "NV/EZ",               // 32 RVT, EZ Protocol
     "LG dome",             // 33 LG, Dome Protocol
-    nullptr,               // 34 ELMO, PTC-200C/400C
-    nullptr,               // 35 NICECAM, MP-1xxx
+    "Elmo PTC-400C",       // 34 ELMO, PTC-200C/400C
+    "NEC NC-21D",          // 35 NICECAM, MP-1xxx
     nullptr,               // 36 C&B TECH, CNB-PTZ102
     nullptr,               // 37 IKEGAMI, PCS i-LAN Protocol
     nullptr,               // 38 IKEGAMI, ICD i-LAN Protocol

@@ -20,13 +20,14 @@ bool Numbered(A e) {
 // step, or one axis of a move whose frames each carry an axis. A number read must be the number
 // asked, unless the frame says it by a camera convention (set preset 95 for the menu).
 bool Fits(const PtzFrameText& t, const PTZMeaning& want, int32_t nAsked) {
-    for (const PTZMeaning& m : {t.tWhat, t.tAlso}) {
+    for (const PTZMeaning* pm : {&t.tWhat, &t.tAlso}) {
+        const PTZMeaning& m = *pm;
         bool bFits = m == want;
         if (want.eAction == A::Iris && m.eAction == A::Iris && m.nLens == 0) bFits = true;
         if (want.eAction == A::Move && m.eAction == A::Move && m.nLens == want.nLens)
             bFits = (m.nPan == 0 || m.nPan == want.nPan) && (m.nTilt == 0 || m.nTilt == want.nTilt);
         if (!bFits) continue;
-        if (&m == &t.tWhat && Numbered(want.eAction) && t.nNumber >= 0 && t.nNumber != nAsked)
+        if (pm == &t.tWhat && Numbered(want.eAction) && t.nNumber >= 0 && t.nNumber != nAsked)
             return false;
         return true;
     }
