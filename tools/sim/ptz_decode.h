@@ -54,3 +54,7 @@ bool DecodeExtPelcoP(const uint8_t* bytes, size_t n, PtzFrameText* out);
 bool DecodeSCC641(const uint8_t* bytes, size_t n, PtzFrameText* out);
 bool DecodeAutoDome(const uint8_t* bytes, size_t n, PtzFrameText* out);
 bool DecodeCanonVCC4(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodePSonicCS85x(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodeCNB(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodeLPTA100L(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodeSmartDome(const uint8_t* bytes, size_t n, PtzFrameText* out);

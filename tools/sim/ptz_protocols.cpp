@@ -14,6 +14,10 @@ constexpr PtzProtocol kProtocols[] = {
     {"Samsung SCC-641", DecodeSCC641,    true},
     {"Bosch AutoDome",  DecodeAutoDome,  true},
     {"Canon VC-C4",     DecodeCanonVCC4, false},
+    {"Panasonic",       DecodePSonicCS85x, false},
+    {"C&B Tech",        DecodeCNB,       true},
+    {"LG LPT-A100L",    DecodeLPTA100L,  true},
+    {"SmartDome",       DecodeSmartDome, true},
 };
 // clang-format on
 
@@ -21,12 +25,13 @@ constexpr PtzProtocol kProtocols[] = {
 // clang-format off
 constexpr int kModelProtocol[] = {
     /*  0 NONE */ -1, /*  1 */ -1, /*  2 */ -1, /*  3 */ -1, /*  4 SCC-641 */ 3,
-    /*  5 */ -1, /*  6 */ -1, /*  7 */ -1, /*  8 */ -1, /*  9 */ -1, /* 10 */ -1, /* 11 */ -1,
-    /* 12-14 Pelco-D */ 0, 0, 0, /* 15 */ -1, /* 16 VC-C4 */ 5,
+    /*  5 */ -1, /*  6 */ -1, /*  7 */ -1, /*  8 */ -1, /*  9 LPT-A100L */ 8,
+    /* 10 */ -1, /* 11 */ -1,
+    /* 12-14 Pelco-D */ 0, 0, 0, /* 15 C&B */ 7, /* 16 VC-C4 */ 5,
     /* 17-19 Pelco-P */ 1, 1, 1, /* 20-22 Pelco-EP */ 2, 2, 2,
-    /* 23 */ -1, /* 24 */ -1, /* 25 */ -1, /* 26 */ -1, /* 27 AutoDome */ 4,
+    /* 23 Panasonic */ 6, /* 24 */ -1, /* 25 */ -1, /* 26 SmartDome */ 9, /* 27 AutoDome */ 4,
     /* 28 */ -1, /* 29 */ -1, /* 30 */ -1, /* 31 */ -1, /* 32 */ -1, /* 33 */ -1, /* 34 */ -1,
-    /* 35 */ -1, /* 36 */ -1, /* 37 */ -1, /* 38 */ -1, /* 39 */ -1, /* 40 */ -1, /* 41 */ -1,
+    /* 35 */ -1, /* 36 C&B */ 7, /* 37 */ -1, /* 38 */ -1, /* 39 */ -1, /* 40 */ -1, /* 41 */ -1,
     /* 42 */ -1,
 };
 // clang-format on
