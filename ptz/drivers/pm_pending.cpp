@@ -10,11 +10,6 @@
     PENDING_NO_STATUS(X, gap, caps)                                                            \
     int32_t CheckStatus_##X(uint32_t, PTZPacket*, PTZChannelState*) { return 0; }
 
-PENDING(LPTA100L, 10, 0x00082000)
-PENDING(CNBZOOM, 60, 0xFE002000)
-PENDING(PSonicCS85x, 10, 0xFE900502)
-PENDING(SmartDome, 10, 0xFD482002)
-PENDING(CNBPTZ, 60, 0xFE5A0000)
 PENDING(PCSiLAN, 0, 0xFE080003)
 PENDING_NO_STATUS(ICDiLAN, 0, 0x00000000)
 PENDING(ToaCC, 10, 0xFC08E503)

@@ -66,3 +66,7 @@ bool DecodeNEC_NC21(const uint8_t* bytes, size_t n, PtzFrameText* out);
 bool DecodeSK2107(const uint8_t* bytes, size_t n, PtzFrameText* out);
 bool DecodeHunt(const uint8_t* bytes, size_t n, PtzFrameText* out);
 bool DecodePTC400C(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodePSonicCS85x(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodeCNB(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodeLPTA100L(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodeSmartDome(const uint8_t* bytes, size_t n, PtzFrameText* out);

@@ -26,6 +26,10 @@ constexpr PtzProtocol kProtocols[] = {
     {"Sunkwang SK2107", DecodeSK2107,    true},
     {"Hunt HTZ-2300",   DecodeHunt,      true},
     {"Elmo PTC-400C",   DecodePTC400C,   true},
+    {"Panasonic",       DecodePSonicCS85x, false},
+    {"C&B Tech",        DecodeCNB,       true},
+    {"LG LPT-A100L",    DecodeLPTA100L,  true},
+    {"SmartDome",       DecodeSmartDome, true},
 };
 // clang-format on
 
@@ -41,13 +45,13 @@ constexpr const char* kModelProtocol[] = {
     "Sunkwang SK2107",     //  6 SUNKWANG, SK2107
     "Pelco-D",             //  7 RESERVED
     "Sunkwang SK2107",     //  8 D-MAX, PTZ PROTOCOL
-    nullptr,               //  9 LG, LPT-A100L P/T/Z
+    "LG LPT-A100L",        //  9 LG, LPT-A100L P/T/Z
     "Honeywell GCC-655N",  // 10 HONEYWELL, GCC-655N
     "Sunkwang SK2107",     // 11 WONWOO, PT-101
     "Pelco-D",             // 12 PELCO, D Protocol 2400 bps
     "Pelco-D",             // 13 PELCO, D Protocol 4800 bps
     "Pelco-D",             // 14 PELCO, D Protocol 9600 bps
-    nullptr,               // 15 C&B TECH, AN200
+    "C&B Tech",            // 15 C&B TECH, AN200
     "Canon VC-C4",         // 16 CANON, VC-C4
     "Pelco-P",             // 17 PELCO, P Protocol 2400 bps
     "Pelco-P",             // 18 PELCO, P Protocol 4800 bps
@@ -55,10 +59,10 @@ constexpr const char* kModelProtocol[] = {
     "Pelco-EP",            // 20 PELCO, EP Protocol 2400 bps
     "Pelco-EP",            // 21 PELCO, EP Protocol 4800 bps
     "Pelco-EP",            // 22 PELCO, EP Protocol 9600 bps
-    nullptr,               // 23 PANASONIC, WV-CS/W85x,86x
+    "Panasonic",           // 23 PANASONIC, WV-CS/W85x,86x
     "Honeywell HSDN",      // 24 HONEYWELL, HSDN-251N/P
     "Pelco-D",             // 25 GE/KALATEL, CyberDome Series
-    nullptr,               // 26 DONGYANG ELEC, SmartDome
+    "SmartDome",           // 26 DONGYANG ELEC, SmartDome
     "Bosch AutoDome",      // 27 BOSCH, TC8560/TC700
     "Pelco-D",             // 28 SYSMANIA, ORX1000
     "AD DeltaDome",        // 29 AD, DELTADOME
@@ -68,7 +72,7 @@ constexpr const char* kModelProtocol[] = {
     "LG dome",             // 33 LG, Dome Protocol
     "Elmo PTC-400C",       // 34 ELMO, PTC-200C/400C
     "NEC NC-21D",          // 35 NICECAM, MP-1xxx
-    nullptr,               // 36 C&B TECH, CNB-PTZ102
+    "C&B Tech",            // 36 C&B TECH, CNB-PTZ102
     nullptr,               // 37 IKEGAMI, PCS i-LAN Protocol
     nullptr,               // 38 IKEGAMI, ICD i-LAN Protocol
     nullptr,               // 39 RESERVED

@@ -9,11 +9,12 @@ struct Refreshing {
     const char* sName;
     uint32_t nModel;
     uint32_t nPeriodMs;
+    bool bSpeedFirst = false;   // a move starts with a speed frame that reminders leave out
 };
 
 const Refreshing kRefreshing[] = {
     {"MeritLilin", 2, 200},
-    {"LgLptA100L", 9, 400},
+    {"LgLptA100L", 9, 400, true},
     {"Panasonic", 23, 200},
     {"AmericanDynamics", 29, 10000},
 };
@@ -28,8 +29,10 @@ TEST_P(Refresh, HeldActionIsResentUntilItsStop) {
         for (uint32_t nCmd : {PTZCmd_Left, PTZCmd_DownRight, PTZCmd_ZoomTele, PTZCmd_FocusFar}) {
             SCOPED_TRACE(testing::Message() << "code " << nCmd << " from " << tStart);
             DriverHarness h(r.nModel, 1, tStart);
-            const Frames held = h.Send(nCmd, 5);
+            Frames held = h.Send(nCmd, 5);
             ASSERT_FALSE(held.empty());
+            if (r.bSpeedFirst && PTZMeaningOf(nCmd).eAction == PTZAction::Move)
+                held.erase(held.begin());
             for (int i = 0; i < 3; ++i) {
                 EXPECT_TRUE(h.RunMs(r.nPeriodMs - 10).empty());
                 EXPECT_EQ(h.RunMs(10), held);
