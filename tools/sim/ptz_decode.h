@@ -54,3 +54,4 @@ bool DecodeExtPelcoP(const uint8_t* bytes, size_t n, PtzFrameText* out);
 bool DecodeSCC641(const uint8_t* bytes, size_t n, PtzFrameText* out);
 bool DecodeAutoDome(const uint8_t* bytes, size_t n, PtzFrameText* out);
 bool DecodeCanonVCC4(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodeControllerLink(const uint8_t* bytes, size_t n, PtzFrameText* out);

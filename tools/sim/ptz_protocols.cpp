@@ -14,6 +14,7 @@ constexpr PtzProtocol kProtocols[] = {
     {"Samsung SCC-641", DecodeSCC641,    true},
     {"Bosch AutoDome",  DecodeAutoDome,  true},
     {"Canon VC-C4",     DecodeCanonVCC4, false},
+    {"Controller link", DecodeControllerLink, true},
 };
 // clang-format on
 
@@ -26,7 +27,8 @@ constexpr int kModelProtocol[] = {
     /* 17-19 Pelco-P */ 1, 1, 1, /* 20-22 Pelco-EP */ 2, 2, 2,
     /* 23 */ -1, /* 24 */ -1, /* 25 */ -1, /* 26 */ -1, /* 27 AutoDome */ 4,
     /* 28 */ -1, /* 29 */ -1, /* 30 */ -1, /* 31 */ -1, /* 32 */ -1, /* 33 */ -1, /* 34 */ -1,
-    /* 35 */ -1, /* 36 */ -1, /* 37 */ -1, /* 38 */ -1, /* 39 */ -1, /* 40 */ -1, /* 41 */ -1,
+    /* 35 */ -1, /* 36 */ -1,
+    /* 37-41 controller link */ 6, 6, 6, 6, 6,
     /* 42 */ -1,
 };
 // clang-format on
