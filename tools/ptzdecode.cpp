@@ -323,7 +323,11 @@ int DecodeFile(const Options& o) {
         } else {
             ptProtocol = ranking[0].ptProtocol;
             atProtocols = {ptProtocol};
-            std::printf("Decoding as %s.\n\n", ptProtocol->sName);
+            std::string sAlike;
+            for (size_t i = 1; i < ranking.size() && ranking[i].dScore == ranking[0].dScore; ++i)
+                sAlike += (sAlike.empty() ? " (" : ", ") + std::string(ranking[i].ptProtocol->sName);
+            if (!sAlike.empty()) sAlike += " read them as well)";
+            std::printf("Decoding as %s%s.\n\n", ptProtocol->sName, sAlike.c_str());
         }
     }
     Printer out{atProtocols.size() > 1};

@@ -20,26 +20,21 @@ TEST(ControllerLink, GoldenFrames) {
         {PTZCmd_UpRight, 0, 3, "02 03 04 00 0A 04 04 03 0E", PTZCmd_UpRight},
         {PTZCmd_Down, 5, 1, "02 01 04 00 10 00 20 03 36", PTZCmd_Down},
         {PTZCmd_FocusNear, 0, 1, "02 01 04 01 00 00 00 03 07", PTZCmd_FocusNear},
-        {PTZCmd_FocusFar, 0, 1, "02 01 04 00 80 00 00 03 86", PTZCmd_FocusFar},
         // switches are one-shot, the menu included (set preset 95)
         {PTZCmd_MenuOn, 0, 2, "02 02 04 00 03 00 5F 03 59", kNone},
         {PTZCmd_AutoPan, 0, 1, "02 01 04 90 00 00 00 03 96", kNone},
-        {PTZCmd_CameraOff, 0, 1, "02 01 04 08 00 00 00 03 0E", kNone},
         {PTZCmd_IrisAuto, 0, 1, "02 01 04 00 2D 00 01 03 2A", kNone},
         {PTZCmd_AuxOn3, 0, 1, "02 01 04 00 09 00 03 03 0C", kNone},
-        {PTZCmd_AuxOff6, 0, 1, "02 01 04 00 0B 00 06 03 0B", kNone},
         // presets set / clear / go 03 / 05 / 07 with 1-255; patterns 1-32
         {PTZCmd_PresetGo, 5, 1, "02 01 04 00 07 00 05 03 04", kNone},
         {PTZCmd_PresetClear, 255, 0x105, "02 05 04 00 05 00 FF 03 F8", kNone},
         {PTZCmd_PresetSet, 256, 1, "", kNone},
-        {PTZCmd_PresetSet, 0, 1, "", kNone},
         {PTZCmd_RunPattern, 32, 1, "02 01 04 00 23 00 20 03 05", kNone},
         {PTZCmd_RunPattern, 33, 1, "", kNone},
         // joystick: left 0x10, down 5, no zoom
         {PTZCmd_Joystick, 0x90, 1, "02 01 04 00 14 10 05 03 07", kNone, 0x05, 0x80},
         // no frame for these: the code is remembered
         {PTZCmd_MenuOff, 0, 1, "", PTZCmd_MenuOff},
-        {PTZCmd_Ext1, 0, 1, "", PTZCmd_Ext1},
     });
 }
 

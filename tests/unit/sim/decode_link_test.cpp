@@ -35,11 +35,6 @@ TEST(DecodeLink, WordsOfBuiltFrames) {
         {40, 1, PTZCmd_Joystick, 0x05, "move up 3 right 5 zoom tele", 0x83, 0x81},
         {41, 1, PTZCmd_MenuOn, 0, "set preset 95 (menu on)"},
         {38, 9, PTZCmd_PresetClear, 12, "clear preset 12"},
-        {37, 1, PTZCmd_RunPattern, 7, "run pattern 7"},
-        {37, 1, PTZCmd_AuxOn2, 0, "aux 2 on"},
-        {37, 1, PTZCmd_AutoPanOff, 0, "auto pan off"},
-        {37, 1, PTZCmd_FocusAutoOff, 0, "auto focus off"},
-        {37, 1, PTZCmd_CameraOn, 0, "camera on"},
         {37, 1, PTZCmd_LeftStop, 0, "stop"},
         {39, 300, PTZCmd_ZoomWide, 0, "zoom wide [addr 44]"},
     };

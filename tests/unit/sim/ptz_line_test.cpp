@@ -52,7 +52,8 @@ std::vector<std::string> Split(const std::vector<const PtzProtocol*>& protocols,
     return out;
 }
 
-// Each stream gives the same pieces in one read, byte by byte, and cut in two reads anywhere.
+// Each stream gives the same pieces in one read, byte by byte, and cut in two reads anywhere: a
+// frame's first part is kept until its rest arrives.
 TEST(PtzSplitter, PiecesOfAStreamHoweverItArrives) {
     const struct {
         const char* sWhat;
@@ -95,20 +96,6 @@ TEST(PtzSplitter, PiecesOfAStreamHoweverItArrives) {
         for (size_t i = 1; i < b.size(); ++i)
             EXPECT_EQ(Split(c.protocols, b, {i}), c.want) << "cut at " << i;
     }
-}
-
-// A frame cut over two reads is kept, not shown, until its rest arrives.
-TEST(PtzSplitter, KeepsAFramesFirstPartUntilTheRestArrives) {
-    PtzSplitter splitter(Named({"Controller link"}));
-    std::vector<PtzPiece> pieces;
-    const Bytes b = Stream("02 01 04 00 07 00 05 03 04");
-    splitter.Feed(b.data(), 4, &pieces);
-    EXPECT_TRUE(pieces.empty());
-    EXPECT_EQ(splitter.Pending(), 4u);
-    splitter.Feed(b.data() + 4, b.size() - 4, &pieces);
-    ASSERT_EQ(pieces.size(), 1u);
-    EXPECT_EQ(Show(pieces[0]), "@0 Controller link go to preset 5");
-    EXPECT_EQ(splitter.Pending(), 0u);
 }
 
 // The frames a model's driver builds for a few commands, end to end.
