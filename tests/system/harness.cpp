@@ -95,3 +95,24 @@ int RunPtzCntl(const std::vector<std::string>& args, std::string* err, int timeo
     waitpid(pid, &st, 0);
     return WIFEXITED(st) ? WEXITSTATUS(st) : -1;
 }
+
+UartShim::UartShim() {
+    const char* s = getenv("LD_PRELOAD");
+    m_bHadPreload = s != nullptr;
+    m_sPreload = s ? s : "";
+    s = getenv("ASAN_OPTIONS");
+    m_bHadAsan = s != nullptr;
+    m_sAsan = s ? s : "";
+    setenv("LD_PRELOAD", PTZ_UART_SHIM, 1);
+    // Under AddressSanitizer the shim comes before its runtime in the library list, which is fine:
+    // the shim is not instrumented.
+    const std::string sAsan = m_sAsan + (m_sAsan.empty() ? "" : ":") + "verify_asan_link_order=0";
+    setenv("ASAN_OPTIONS", sAsan.c_str(), 1);
+}
+
+UartShim::~UartShim() {
+    if (m_bHadPreload) setenv("LD_PRELOAD", m_sPreload.c_str(), 1);
+    else unsetenv("LD_PRELOAD");
+    if (m_bHadAsan) setenv("ASAN_OPTIONS", m_sAsan.c_str(), 1);
+    else unsetenv("ASAN_OPTIONS");
+}

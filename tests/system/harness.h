@@ -37,6 +37,20 @@ protected:
 
 std::vector<uint8_t> Bytes(std::initializer_list<int> list);
 
+// While one lives, the programs a test starts run with the UART shim preloaded: their pseudo-
+// terminal keeps the parity it is set to, as a UART does, and the simulator reads it back.
+class UartShim {
+public:
+    UartShim();
+    ~UartShim();
+    UartShim(const UartShim&) = delete;
+    UartShim& operator=(const UartShim&) = delete;
+
+private:
+    std::string m_sPreload, m_sAsan;
+    bool m_bHadPreload, m_bHadAsan;
+};
+
 // Runs ptz_cntl to its end outside the recorder's bookkeeping (a second instance, say): returns
 // its exit status, its standard error in err. Gives up (and kills it) after timeout_ms.
 int RunPtzCntl(const std::vector<std::string>& args, std::string* err, int timeout_ms = 5000);

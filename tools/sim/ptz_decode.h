@@ -70,3 +70,4 @@ bool DecodePSonicCS85x(const uint8_t* bytes, size_t n, PtzFrameText* out);
 bool DecodeCNB(const uint8_t* bytes, size_t n, PtzFrameText* out);
 bool DecodeLPTA100L(const uint8_t* bytes, size_t n, PtzFrameText* out);
 bool DecodeSmartDome(const uint8_t* bytes, size_t n, PtzFrameText* out);
+bool DecodeControllerLink(const uint8_t* bytes, size_t n, PtzFrameText* out);

@@ -30,6 +30,7 @@ constexpr PtzProtocol kProtocols[] = {
     {"C&B Tech",        DecodeCNB,       true},
     {"LG LPT-A100L",    DecodeLPTA100L,  true},
     {"SmartDome",       DecodeSmartDome, true},
+    {"Controller link", DecodeControllerLink, true},
 };
 // clang-format on
 
@@ -73,11 +74,11 @@ constexpr const char* kModelProtocol[] = {
     "Elmo PTC-400C",       // 34 ELMO, PTC-200C/400C
     "NEC NC-21D",          // 35 NICECAM, MP-1xxx
     "C&B Tech",            // 36 C&B TECH, CNB-PTZ102
-    nullptr,               // 37 IKEGAMI, PCS i-LAN Protocol
-    nullptr,               // 38 IKEGAMI, ICD i-LAN Protocol
-    nullptr,               // 39 RESERVED
-    nullptr,               // 40 TOA, SC80 System Controller
-    nullptr,               // 41 TOSHIBA, SC1000
+    "Controller link",     // 37 IKEGAMI, PCS i-LAN Protocol
+    "Controller link",     // 38 IKEGAMI, ICD i-LAN Protocol
+    "Controller link",     // 39 RESERVED
+    "Controller link",     // 40 TOA, SC80 System Controller
+    "Controller link",     // 41 TOSHIBA, SC1000
     "BBV",                 // 42 BBV, TC 9600 BPS
 };
 // clang-format on

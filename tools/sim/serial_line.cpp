@@ -4,6 +4,7 @@
 #include <poll.h>
 #include <stdlib.h>
 #include <sys/mount.h>
+#include <sys/stat.h>
 #include <termios.h>
 #include <time.h>
 #include <unistd.h>
@@ -68,6 +69,7 @@ SerialLine::SerialLine(const std::string& devicePath) : m_sPath(devicePath) {
         cfmakeraw(&t);
         tcsetattr(m_nSlave, TCSANOW, &t);
     }
+    PtyForgetSetting(m_nMaster);
     umount2(devicePath.c_str(), MNT_DETACH);   // an earlier line on the same path, if any
     if (!sSlave || mount(sSlave, devicePath.c_str(), nullptr, MS_BIND, nullptr) != 0) {
         std::perror(("bind " + devicePath).c_str());
@@ -111,10 +113,40 @@ bool SerialLine::Write(const std::vector<uint8_t>& bytes) {
     return true;
 }
 
-uint32_t SerialLine::ControlFlags() const {
-    struct termios t;
-    if (m_nMaster < 0 || tcgetattr(m_nMaster, &t) != 0) return 0;
-    return static_cast<uint32_t>(t.c_cflag);
+namespace {
+
+// The shim's record of the pseudo-terminal whose master is fdMaster.
+std::string PtyRecordPath(int fdMaster) {
+    char sSlave[64];
+    struct stat st;
+    if (ptsname_r(fdMaster, sSlave, sizeof sSlave) != 0 || stat(sSlave, &st) != 0) return "";
+    char sPath[128];
+    std::snprintf(sPath, sizeof sPath, "%s/%lx", kPtySettingDir,
+                  static_cast<unsigned long>(st.st_rdev));
+    return sPath;
 }
+
+}  // namespace
+
+uint32_t PtyControlFlags(int fdMaster) {
+    struct termios t;
+    if (fdMaster < 0 || tcgetattr(fdMaster, &t) != 0) return 0;
+    uint32_t dwFlags = static_cast<uint32_t>(t.c_cflag);
+    const std::string sPath = PtyRecordPath(fdMaster);
+    FILE* f = sPath.empty() ? nullptr : std::fopen(sPath.c_str(), "r");
+    unsigned long dwAsked = 0;
+    if (f != nullptr && std::fscanf(f, "%lx", &dwAsked) == 1)
+        dwFlags = (dwFlags & ~static_cast<uint32_t>(PARENB | PARODD)) |
+                  (static_cast<uint32_t>(dwAsked) & (PARENB | PARODD));
+    if (f != nullptr) std::fclose(f);
+    return dwFlags;
+}
+
+void PtyForgetSetting(int fdMaster) {
+    const std::string sPath = PtyRecordPath(fdMaster);
+    if (!sPath.empty()) unlink(sPath.c_str());
+}
+
+uint32_t SerialLine::ControlFlags() const { return PtyControlFlags(m_nMaster); }
 
 std::string SerialLine::Setting() const { return DescribeLine(ControlFlags()); }

@@ -37,6 +37,16 @@ private:
     int m_nSlave = -1;   // held open so the line never hangs up between the process's opens
 };
 
+// A pseudo-terminal keeps no parity: the kernel clears PARENB whatever is asked. A program run with
+// the UART shim preloaded (tests/support/uart_shim.cpp) keeps the parity it set, as on a UART, and
+// records the control word it asked of each pseudo-terminal in this directory, by device number.
+constexpr const char* kPtySettingDir = "/tmp/.uart-shim";
+// The control word of the pseudo-terminal whose master is fdMaster, its parity as recorded by
+// the shim where there is a record (0 when it cannot be read).
+uint32_t PtyControlFlags(int fdMaster);
+// Drops the record of a pseudo-terminal, for a fresh one whose number an earlier one had.
+void PtyForgetSetting(int fdMaster);
+
 double MonotonicSeconds();
 std::string HexBytes(const uint8_t* bytes, size_t n);
 // Describes a termios control word as "9600 8N1", "2400 8E1", "9600 8N2".
