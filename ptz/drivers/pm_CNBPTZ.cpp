@@ -17,10 +17,6 @@ constexpr uint8_t kR = kCNBPlus, kL = kCNBMinus, kU = kCNBPlus, kD = kCNBMinus;
 // Move rows: 0, pan direction, tilt direction.
 // clang-format off
 constexpr PTZCode kCodes[] = {
-    {PTZCmd_FocusNear,      Held,      {kCNBFocus, kCNBMinus}},
-    {PTZCmd_FocusFar,       Held,      {kCNBFocus, kCNBPlus}},
-    {PTZCmd_ZoomWide,       Held,      {kCNBZoom, kCNBMinus}},
-    {PTZCmd_ZoomTele,       Held,      {kCNBZoom, kCNBPlus}},
     {PTZCmd_UpLeft,         Move,      {0, kL, kU}},
     {PTZCmd_Up,             Move,      {0, 0, kU}},
     {PTZCmd_UpRight,        Move,      {0, kR, kU}},
@@ -29,26 +25,14 @@ constexpr PTZCode kCodes[] = {
     {PTZCmd_DownLeft,       Move,      {0, kL, kD}},
     {PTZCmd_Down,           Move,      {0, 0, kD}},
     {PTZCmd_DownRight,      Move,      {0, kR, kD}},
-    {PTZCmd_PresetSet,      Number,    {kCNBPresetStore}, kCNBPresetMax},
-    {PTZCmd_PresetTour,     TourStart, {}, kCNBPresetMax},
-    {PTZCmd_IrisOpen,       Once,      {kCNBIris, kCNBPlus}},
-    {PTZCmd_IrisClose,      Once,      {kCNBIris, kCNBMinus}},
-    {PTZCmd_FocusNearStop,  Once,      {kCNBFocus, kCNBStop}},
-    {PTZCmd_FocusFarStop,   Once,      {kCNBFocus, kCNBStop}},
-    {PTZCmd_ZoomWideStop,   Once,      {kCNBZoom, kCNBStop}},
-    {PTZCmd_ZoomTeleStop,   Once,      {kCNBZoom, kCNBStop}},
     {kPTZAnyStop,           Once,      {kCNBPan}},           // the moving axes
-    {PTZCmd_PresetTourStop, TourStop},
-    {PTZCmd_IrisOpenStop,   Once,      {kCNBIris, kCNBStop}},
-    {PTZCmd_IrisCloseStop,  Once,      {kCNBIris, kCNBStop}},
-    {PTZCmd_FocusAuto,      Once,      {kCNBAutoFocus}},     // one shot
-    {PTZCmd_PresetGo,       Number,    {kCNBPresetGo}, kCNBPresetMax},
 };
 // clang-format on
-static_assert(PTZCovers(kCodes, kPTZMoveMask));
+static_assert(PTZCovers(kCodes, kPTZMoveMask, kCNBLens));
 
 // Pelco-D's speeds: 01-3F, level 0 starts at 4 and ramps to 24 and 56.
-constexpr PTZDriver kCNBPtzDriver = {kCodes, CNBWrite, kPTZPelcoSpeeds, kPTZPelcoSpeeds};
+constexpr PTZDriver kCNBPtzDriver = {.atCodes = kCodes, .write = CNBWrite, .tPan = kPTZPelcoSpeeds,
+                                     .tTilt = kPTZPelcoSpeeds, .atShared = kCNBLens};
 
 }  // namespace
 

@@ -9,32 +9,9 @@ const PTZCntlOpt CntlOpt_CNBZOOM = {60, 0xFE002000};
 
 namespace {
 
-using enum PTZOp;
-
-// clang-format off
-constexpr PTZCode kCodes[] = {
-    {PTZCmd_FocusNear,      Held,      {kCNBFocus, kCNBMinus}},
-    {PTZCmd_FocusFar,       Held,      {kCNBFocus, kCNBPlus}},
-    {PTZCmd_ZoomWide,       Held,      {kCNBZoom, kCNBMinus}},
-    {PTZCmd_ZoomTele,       Held,      {kCNBZoom, kCNBPlus}},
-    {PTZCmd_PresetSet,      Number,    {kCNBPresetStore}, kCNBPresetMax},
-    {PTZCmd_PresetTour,     TourStart, {}, kCNBPresetMax},
-    {PTZCmd_IrisOpen,       Once,      {kCNBIris, kCNBPlus}},
-    {PTZCmd_IrisClose,      Once,      {kCNBIris, kCNBMinus}},
-    {PTZCmd_FocusNearStop,  Once,      {kCNBFocus, kCNBStop}},
-    {PTZCmd_FocusFarStop,   Once,      {kCNBFocus, kCNBStop}},
-    {PTZCmd_ZoomWideStop,   Once,      {kCNBZoom, kCNBStop}},
-    {PTZCmd_ZoomTeleStop,   Once,      {kCNBZoom, kCNBStop}},
-    {PTZCmd_PresetTourStop, TourStop},
-    {PTZCmd_IrisOpenStop,   Once,      {kCNBIris, kCNBStop}},
-    {PTZCmd_IrisCloseStop,  Once,      {kCNBIris, kCNBStop}},
-    {PTZCmd_FocusAuto,      Once,      {kCNBAutoFocus}},     // one shot
-    {PTZCmd_PresetGo,       Number,    {kCNBPresetGo}, kCNBPresetMax},
-};
-// clang-format on
-
-// No moves: the status routine only steps tours.
-constexpr PTZDriver kCNBZoomDriver = {kCodes, CNBWrite, kPTZPelcoSpeeds, kPTZPelcoSpeeds};
+// The camera's commands are the lens rows both C&B cameras share; with no moves, its status
+// routine only steps tours.
+constexpr PTZDriver kCNBZoomDriver = {kCNBLens, CNBWrite, kPTZPelcoSpeeds, kPTZPelcoSpeeds};
 
 }  // namespace
 

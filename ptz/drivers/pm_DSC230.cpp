@@ -32,7 +32,9 @@ void Write(PTZFrames& out, uint32_t nAddress, const PTZCode& c, const PTZArgs& x
     NecFrame55(out, nAddress, NecPayload(c, x));
 }
 
-constexpr PTZDriver kDSC230 = {kNecCodes, Write, kPTZPelcoSpeeds, kPTZPelcoSpeeds, kNecLensSpeeds};
+constexpr PTZDriver kDSC230 = {.atCodes = kNecCodes, .write = Write, .tPan = kPTZPelcoSpeeds,
+                               .tTilt = kPTZPelcoSpeeds, .tZoom = kNecLensSpeeds,
+                               .atShared = kPelcoMoves};
 
 }  // namespace
 

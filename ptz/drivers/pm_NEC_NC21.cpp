@@ -22,8 +22,9 @@ void Write(PTZFrames& out, uint32_t nAddress, const PTZCode& c, const PTZArgs& x
 
 }  // namespace
 
-const PTZDriver kNecNC21Driver = {kNecCodes, Write, kPTZPelcoSpeeds, kPTZPelcoSpeeds,
-                                  kNecLensSpeeds};
+const PTZDriver kNecNC21Driver = {.atCodes = kNecCodes, .write = Write, .tPan = kPTZPelcoSpeeds,
+                                  .tTilt = kPTZPelcoSpeeds, .tZoom = kNecLensSpeeds,
+                                  .atShared = kPelcoMoves};
 
 int32_t BuildCmd_NEC_NC21(uint32_t nAddress, PTZPacket* atPacket, PTZChannelState* ptState,
                           uint32_t /*nParam2*/) {

@@ -17,7 +17,9 @@ void Write(PTZFrames& out, uint32_t nAddress, const PTZCode& c, const PTZArgs& x
     NecFrame55(out, nAddress, NecPayload(c, x));
 }
 
-constexpr PTZDriver kSK2107 = {kNecCodes, Write, kPTZPelcoSpeeds, kPTZPelcoSpeeds, kNecLensSpeeds};
+constexpr PTZDriver kSK2107 = {.atCodes = kNecCodes, .write = Write, .tPan = kPTZPelcoSpeeds,
+                               .tTilt = kPTZPelcoSpeeds, .tZoom = kNecLensSpeeds,
+                               .atShared = kPelcoMoves};
 
 }  // namespace
 

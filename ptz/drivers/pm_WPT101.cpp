@@ -17,7 +17,8 @@ void Write(PTZFrames& out, uint32_t nAddress, const PTZCode& c, const PTZArgs& x
 }
 
 constexpr PTZSpeedScale kSpeeds = {24, 1, 63, 0, 0};
-constexpr PTZDriver kWPT101 = {kNecCodes, Write, kSpeeds, kSpeeds, kNecLensSpeeds};
+constexpr PTZDriver kWPT101 = {.atCodes = kNecCodes, .write = Write, .tPan = kSpeeds, .tTilt = kSpeeds,
+                               .tZoom = kNecLensSpeeds, .atShared = kPelcoMoves};
 
 }  // namespace
 

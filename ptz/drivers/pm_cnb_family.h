@@ -36,6 +36,29 @@ constexpr uint8_t kCNBStop = 0x00;
 constexpr uint8_t kCNBPlus = 0x01;        // tele, far, open, right, up
 constexpr uint8_t kCNBMinus = 0x02;       // wide, near, close, left, down
 
+// The rows both cameras share: lens, automatic focus, presets and the tour.
+// clang-format off
+inline constexpr PTZCode kCNBLens[] = {
+    {PTZCmd_FocusNear,      PTZOp::Held,      {kCNBFocus, kCNBMinus}},
+    {PTZCmd_FocusFar,       PTZOp::Held,      {kCNBFocus, kCNBPlus}},
+    {PTZCmd_ZoomWide,       PTZOp::Held,      {kCNBZoom, kCNBMinus}},
+    {PTZCmd_ZoomTele,       PTZOp::Held,      {kCNBZoom, kCNBPlus}},
+    {PTZCmd_PresetSet,      PTZOp::Number,    {kCNBPresetStore}, kCNBPresetMax},
+    {PTZCmd_PresetTour,     PTZOp::TourStart, {}, kCNBPresetMax},
+    {PTZCmd_IrisOpen,       PTZOp::Once,      {kCNBIris, kCNBPlus}},
+    {PTZCmd_IrisClose,      PTZOp::Once,      {kCNBIris, kCNBMinus}},
+    {PTZCmd_FocusNearStop,  PTZOp::Once,      {kCNBFocus, kCNBStop}},
+    {PTZCmd_FocusFarStop,   PTZOp::Once,      {kCNBFocus, kCNBStop}},
+    {PTZCmd_ZoomWideStop,   PTZOp::Once,      {kCNBZoom, kCNBStop}},
+    {PTZCmd_ZoomTeleStop,   PTZOp::Once,      {kCNBZoom, kCNBStop}},
+    {PTZCmd_PresetTourStop, PTZOp::TourStop},
+    {PTZCmd_IrisOpenStop,   PTZOp::Once,      {kCNBIris, kCNBStop}},
+    {PTZCmd_IrisCloseStop,  PTZOp::Once,      {kCNBIris, kCNBStop}},
+    {PTZCmd_FocusAuto,      PTZOp::Once,      {kCNBAutoFocus}},     // one shot
+    {PTZCmd_PresetGo,       PTZOp::Number,    {kCNBPresetGo}, kCNBPresetMax},
+};
+// clang-format on
+
 // Writes the frames of one row. Rows: command, the option's first and second byte. Move rows:
 // 0, pan direction, tilt direction: a pan frame, then a tilt frame, for the axes that move. A stop
 // row with command B1 stops the axes of the move it ends (both when that is not known). Number

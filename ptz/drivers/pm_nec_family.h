@@ -15,6 +15,7 @@
 #include <cstdint>
 
 #include "ptz/drivers/pm_engine.h"
+#include "ptz/drivers/pm_pelco_family.h"
 
 struct NecBytes {
     uint8_t ay[6];   // command 1, command 2, data 1 .. data 4; all zero is a stop
@@ -30,7 +31,8 @@ void NecFrame55(PTZFrames& out, uint32_t nAddress, const NecBytes& b);
 constexpr uint8_t kNecNumberMax = 255;    // presets and tour length: data 1 is one byte
 constexpr uint8_t kNecPatternMax = 4;     // patterns 1-4 travel as 0-3
 
-// Codes not listed send nothing and are remembered: there are no frames for auto pan off, camera
+// The moves, zoom and the stop are Pelco's own bits (kPelcoMoves). Codes not listed send nothing
+// and are remembered: there are no frames for auto pan off, camera
 // power, clearing presets, the auxiliaries, automatic focus and iris, or the joystick. Iris runs
 // while held, like zoom and focus.
 // clang-format off
@@ -38,21 +40,10 @@ inline constexpr PTZCode kNecCodes[] = {
     {PTZCmd_AutoPan,        PTZOp::Once,     {0x00, 0x1B}},
     {PTZCmd_FocusNear,      PTZOp::Held,     {0x02, 0x00}},
     {PTZCmd_FocusFar,       PTZOp::Held,     {0x01, 0x00}},
-    {PTZCmd_ZoomWide,       PTZOp::Held,     {0x00, 0x40}},
-    {PTZCmd_ZoomTele,       PTZOp::Held,     {0x00, 0x20}},
-    {PTZCmd_UpLeft,         PTZOp::Move,     {0x00, 0x0C}},
-    {PTZCmd_Up,             PTZOp::Move,     {0x00, 0x08}},
-    {PTZCmd_UpRight,        PTZOp::Move,     {0x00, 0x0A}},
-    {PTZCmd_Left,           PTZOp::Move,     {0x00, 0x04}},
-    {PTZCmd_Right,          PTZOp::Move,     {0x00, 0x02}},
-    {PTZCmd_DownLeft,       PTZOp::Move,     {0x00, 0x14}},
-    {PTZCmd_Down,           PTZOp::Move,     {0x00, 0x10}},
-    {PTZCmd_DownRight,      PTZOp::Move,     {0x00, 0x12}},
     {PTZCmd_PresetSet,      PTZOp::Number,   {0x00, 0x03, 0x00, 0xFF, 0xFF, 0xFF}, kNecNumberMax},
     {PTZCmd_PresetTour,     PTZOp::TourStart, {}, kNecNumberMax},
     {PTZCmd_IrisOpen,       PTZOp::Held,     {0x10, 0x00}},
     {PTZCmd_IrisClose,      PTZOp::Held,     {0x08, 0x00}},
-    {kPTZAnyStop,           PTZOp::Once,     {}},
     {PTZCmd_PresetTourStop, PTZOp::TourStop},
     {PTZCmd_MenuOn,         PTZOp::Once,     {0x00, 0xB1, 0x00}},
     {PTZCmd_MenuOff,        PTZOp::Once,     {0x00, 0xB1, 0x01}},
@@ -60,7 +51,7 @@ inline constexpr PTZCode kNecCodes[] = {
     {PTZCmd_PresetGo,       PTZOp::Number,   {0x00, 0x07, 0x00, 0xFF, 0xFF, 0xFF}, kNecNumberMax},
 };
 // clang-format on
-static_assert(PTZCovers(kNecCodes, kPTZMoveMask));
+static_assert(PTZCovers(kNecCodes, kPTZMoveMask, kPelcoMoves));
 
 // Pan and tilt run 1-63 on the Pelco scale (level 0: 4, ramped to 24 and 56). A zoom or focus
 // command given no speed runs at the middle of its 1-8.
