@@ -81,7 +81,11 @@ void Stop(PTZFrames& out, uint32_t nAddress, const PTZCode* ptStopped) {
     if (ptStopped->ay[1] != 0) Command(out, nAddress, kTiltStop);
 }
 
+// Domes answer to addresses 1-63: a frame to any other address would reach no dome.
+constexpr uint32_t kAddressMax = 63;
+
 void Write(PTZFrames& out, uint32_t nAddress, const PTZCode& c, const PTZArgs& x) {
+    if (nAddress == 0 || nAddress > kAddressMax) return;
     switch (c.eOp) {
     case Move:
         if (c.ay[0] != 0) SpeedMove(out, nAddress, c.ay[0], x.nPanSpeed);

@@ -177,15 +177,14 @@ void CanonCommand(uint8_t yCmd, const std::string& a, PtzFrameText* t) {
 }  // namespace
 
 bool DecodeSCC641(const uint8_t* b, size_t n, PtzFrameText* t) {
-    if (n < kSamsungLength || b[0] != 0xA0 || b[1] != 0xFE) return false;
+    // Only the lens and function groups exist: another byte there is some other protocol's.
+    if (n < kSamsungLength || b[0] != 0xA0 || b[1] != 0xFE || (b[3] != 0x01 && b[3] != 0x03))
+        return false;
     t->nLength = kSamsungLength;
     t->nAddress = b[2];
     t->bBadCheck = PTZCheckOf(PTZCheck::Complement, b, 1, 8) != b[8];
-    switch (b[3]) {
-    case 0x01: SamsungLens(b, t); break;
-    case 0x03: SamsungFunction(b, t); break;
-    default: t->sNote = Hex("group", b[3]); break;
-    }
+    if (b[3] == 0x01) SamsungLens(b, t);
+    else SamsungFunction(b, t);
     return true;
 }
 
