@@ -33,7 +33,7 @@ const LineCase kCases[] = {
     // AVE Hydra: an unsigned register byte, then the VSI-Pro rules on at most 127 characters
     {ProcCmd_AVE_Hydra, "\xC8" "COLA 1.20\n", "AVEHYD|@|200|ITEM|COLA|1.20|#\n"},
     {ProcCmd_AVE_Hydra, std::string(1, '\0') + "X\n", "AVEHYD|@|00|ERR2|X||#\n"},
-    {ProcCmd_AVE_Hydra, "\x01" + std::string(127, 'B') + "\n", ""},
+    {ProcCmd_AVE_Hydra, '\x01' + std::string(127, 'B') + '\n', ""},
     // TVC 2066D: terminal number from field 0, fields 1-4 by tabs; missing fields recorded empty
     {ProcCmd_TVC_2066D, "12AB\tCOLA\t1.20\t3.60\tC1\n", "TVC|@|12|COLA|1.20|3.60|C1|#\n"},
     {ProcCmd_TVC_2066D, " 7\tA\tB\tC\tD\tE\n", "TVC|@|07|A|B|C|D\tE|#\n"},
