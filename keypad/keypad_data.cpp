@@ -16,6 +16,7 @@
 #include "core/share_block.h"
 #include "lib/ipc/Clock.h"
 #include "lib/ipc/MessageQueue.h"
+#include "lib/ipc/MsgLine.h"
 #include "ptz/ptz_data.h"
 
 int fdKeypadUart = -1;
@@ -27,6 +28,7 @@ namespace {
 constexpr int kPollTimeoutMs = 10;
 // The open failure names no line of its own; this is the line the KTT copy of the routine uses.
 constexpr int kOpenErrLine = 76;
+constexpr MsgSource kSource{kTagPtzCntl, "keypad_data"};
 
 struct termios tOldSet;           // line settings found at open, restored at close
 uint32_t nCurrKeypadModel = 0;    // active model, 0 = none
@@ -80,14 +82,14 @@ void KeypadPublishModels() {
     for (uint32_t i = 0; i < nCount; ++i)
         std::memcpy(ptShare->asKeypadModelName[i], ptKeypadModelDatabase[i].sName, kShareModelNameLen);
     if (ptShare->nKeypadModel >= nCount) ptShare->nKeypadModel = 0;
-    std::fprintf(stderr, "Info(ptz_cntl  ) # of Keypad model = %d\n", static_cast<int>(nCount));
+    InfoLine(kSource, "# of Keypad model = %d", static_cast<int>(nCount));
 }
 
 uint32_t KeypadDeviceOpen() {
     const char* sDevice = ptShare->nPortAssign == kPortAssignPtzOnS0 ? "/dev/ttyS0" : "/dev/ttyS1";
     fdKeypadUart = open(sDevice, O_RDONLY | O_NONBLOCK | O_DSYNC);
     if (fdKeypadUart < 0) {
-        std::fprintf(stderr, "Err (ptz_cntl  /%s:%d) Can't open keypad port\n", "keypad_data", kOpenErrLine);
+        ErrLine(kSource, kOpenErrLine, "Can't open keypad port");
         return 1;
     }
     tcgetattr(fdKeypadUart, &tOldSet);

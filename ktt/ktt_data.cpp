@@ -10,13 +10,14 @@
 #include <cstring>
 
 #include "core/share_block.h"
+#include "lib/ipc/MsgLine.h"
 #include "ptz/ptz_data.h"
 
 int fdKttUart = -1;
 
 namespace {
 constexpr char kKttDevice[] = "/dev/ttyS4";
-constexpr char kSource[] = "ktt_data";
+constexpr MsgSource kSource{kTagPtzCntl, "ktt_data"};
 constexpr int kLineOpen = 76;
 constexpr int kPollMs = 10;
 constexpr int kReadMax = 64;
@@ -38,7 +39,7 @@ uint32_t KttDeviceOpen() {
     if (fdKttUart >= 0) return 0;
     fdKttUart = open(kKttDevice, O_RDWR | O_NONBLOCK | O_DSYNC);
     if (fdKttUart < 0) {
-        std::fprintf(stderr, "Err (ptz_cntl  /%s:%d) Can't open keypad port\n", kSource, kLineOpen);
+        ErrLine(kSource, kLineOpen, "Can't open keypad port");
         return 1;
     }
     tcgetattr(fdKttUart, &tOldSet);

@@ -10,6 +10,7 @@
 #include <ctime>
 
 #include "core/share_block.h"
+#include "lib/ipc/MsgLine.h"
 #include "pos/pos_model.h"
 #include "pos/sm_common.h"
 
@@ -17,6 +18,7 @@ namespace {
 constexpr const char* kSerialDevice = "/dev/ttyS0";
 constexpr const char* kFifo = "/tmp/pos_fifo";
 constexpr int kReadMax = 256;
+constexpr MsgSource kSource{kTagPos, "pos_data"};
 constexpr int kTextMax = 128;   // longer reads are cut to 127 characters and a newline
 
 static_assert(sizeof(DPRCSet) == kSharePosLayoutSize);
@@ -29,11 +31,11 @@ int nCurrPosModel = 0;
 int OpenInput(const PosModel& tModel) {
     if (tModel.TermSet != nullptr) {
         const int fd = open(kSerialDevice, O_RDONLY | O_NONBLOCK | O_NOCTTY);
-        if (fd < 0) std::fprintf(stderr, "Err (pos       /%s:%d) Can't open POS DEVICE\n", "pos_data", 78);
+        if (fd < 0) ErrLine(kSource, 78, "Can't open POS DEVICE");
         return fd;
     }
     const int fd = open(kFifo, O_RDONLY | O_NONBLOCK);
-    if (fd < 0) std::fprintf(stderr, "Err (pos       /%s:%d) Can't open POS FIFO\n", "pos_data", 86);
+    if (fd < 0) ErrLine(kSource, 86, "Can't open POS FIFO");
     return fd;
 }
 
@@ -73,7 +75,7 @@ uint32_t PosModelInit(uint32_t nModel) {
     if (ptShare->nPortAssign == kPortAssignPosOnS0 && tModel.TermSet != nullptr) {
         const int fd = open(kSerialDevice, O_RDONLY | O_NONBLOCK | O_NOCTTY);
         if (fd < 0) {
-            std::fprintf(stderr, "Err (pos       /%s:%d) Can't open pos port\n", "pos_data", 108);
+            ErrLine(kSource, 108, "Can't open pos port");
             return 1;
         }
         tcsetattr(fd, TCSADRAIN, tModel.TermSet);

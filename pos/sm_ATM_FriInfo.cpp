@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "lib/ipc/MsgLine.h"
 #include "lib/proc/processpipe.h"
 #include "pos/pos_model.h"
 #include "pos/sm_common.h"
@@ -41,7 +42,7 @@ void TakeAccount(const char* psLine) {
         if (p != nullptr) ++p;
     }
     if (p == nullptr) {
-        std::fprintf(stderr, "Err (ptz_cntl  /%s:%d) fail to get account\n", "sm_ATM_FriInfo", 110);
+        ErrLine(MsgSource{kTagPtzCntl, "sm_ATM_FriInfo"}, 110, "fail to get account");
         return;
     }
     const char* pEnd = std::strchr(p, '|');

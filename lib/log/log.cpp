@@ -21,11 +21,12 @@
 
 #include "lib/ipc/Clock.h"
 #include "lib/ipc/IpcKey.h"
+#include "lib/ipc/MsgLine.h"
 #include "lib/ipc/Semaphore.h"
 
 namespace {
 
-constexpr char kSource[] = "log";
+constexpr MsgSource kSource{kTagLog, "log"};
 constexpr int kLineMounts = 1054;
 constexpr int kLineDocOpen = 1230;
 constexpr int kLineHddOpen = 1392;
@@ -50,7 +51,7 @@ uint32_t Get32(const uint8_t* p) {
 bool IsMounted(const char* dir) {
     int fd = open("/proc/mounts", O_RDWR);   // read-update, as the recorder has always opened it
     if (fd < 0) {
-        std::fprintf(stderr, "Err (liblog    /%s:%d) Can't open /proc/mounts\n", kSource, kLineMounts);
+        ErrLine(kSource, kLineMounts, "Can't open /proc/mounts");
         return false;
     }
     char line[kMountLineMax];
@@ -107,7 +108,7 @@ uint32_t AppendRecord(const char* path, const LogRecord* record, bool bFlash, in
     if (bFlash) RotateFlashLog(path);
     int fd = open(path, O_RDWR | O_APPEND | O_CREAT, 0666);
     if (fd < 0) {
-        std::fprintf(stderr, "Err (liblog    /%s:%d) Can't open log file \"%s\"\n", kSource, nLineOpen, path);
+        ErrLine(kSource, nLineOpen, "Can't open log file \"%s\"", path);
         return 1;
     }
     uint8_t bytes[kLogRecordSize];
@@ -309,7 +310,7 @@ uint32_t DeleteLOGFile(int year, int month, int day) {
         if (!bPast) {
             char path[300];
             std::snprintf(path, sizeof path, "%s/%s", kLogDiskDir, list[i]->d_name);
-            if (unlink(path) == 0) std::fprintf(stderr, "Info(liblog    ) LOG filename to delete : %s\n", path);
+            if (unlink(path) == 0) InfoLine(kSource, "LOG filename to delete : %s", path);
         }
         std::free(list[i]);
     }
