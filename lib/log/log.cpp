@@ -223,7 +223,7 @@ int LogScanDaily(const char* dir, struct dirent*** list) {
     return scandir(dir, list, isDaily, byName);
 }
 
-uint32_t LeaveUpLog(ShareUpHistory* block) {
+uint32_t LeaveUpLog(LogUpHistory* block) {
     uint32_t now = static_cast<uint32_t>(std::time(nullptr));
     if (block == nullptr) return now;
     for (int i = kUpHistoryDepth - 1; i > 0; --i) {

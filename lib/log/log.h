@@ -3,8 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "core/share_block.h"
-
 constexpr uint32_t kLogMagic = 0x44474F4C;   // "LOGD" in file order
 constexpr int kLogRecordSize = 32;
 constexpr int kLogTextMax = 19;              // characters of a text record (bytes 12..30)
@@ -76,9 +74,21 @@ void LogRecordSetText(LogRecord* record, const char* text);
 // Copies the text of the parameter area into out, NUL-terminated.
 void LogRecordText(const LogRecord* record, char out[kLogTextMax + 1]);
 
+// History of a process's starts, newest first (84 bytes). The recorder keeps it in its shared
+// system block; this library only updates it in place.
+constexpr int kUpHistoryDepth = 10;
+struct LogUpHistory {
+    uint32_t nStarts;
+    uint32_t adwUptime[kUpHistoryDepth];   // uptime in seconds at each start
+    uint32_t adwTime[kUpHistoryDepth];     // wall-clock time at each start
+};
+static_assert(sizeof(LogUpHistory) == 84);
+static_assert(offsetof(LogUpHistory, adwUptime) == 4);
+static_assert(offsetof(LogUpHistory, adwTime) == 44);
+
 // Records this start in the history: shifts both arrays, stores uptime and time at entry 0,
 // counts the start. Returns the time stored.
-uint32_t LeaveUpLog(ShareUpHistory* block);
+uint32_t LeaveUpLog(LogUpHistory* block);
 
 // Builds the record(s) of one event and routes each to the flash log, the disk log or both.
 // Arguments are 32-bit values or string pointers, as the type requires.
