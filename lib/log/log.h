@@ -36,11 +36,38 @@ struct LogSearchList {
     uint32_t nRoom;
 };
 
+// What a type's record holds, as LogWrite fills it from its arguments a1, a2, ... (all 32-bit).
+enum class LogFields : uint8_t {
+    None,            // no parameters
+    Numbers,         // nParam[0 .. nNumbers-1] = a1 ..
+    Text,            // the text of the string a1
+    EventTime,       // tTime = a1 (the caller's time of the event), no parameters
+    EventTimeText,   // tTime = a1, the text of the string a2
+    SkipText,        // a1 accepted and discarded, the text of the string a2
+    BitMasks,        // one record per set bit i of a1, lowest first: nParam[0] = 1 << i
+    BitNumbers,      // one record per set bit i of a1, lowest first: nParam[0] = i + 1
+    Channel,         // nParam[0] = a1 + 1, except that a1 = 255 gives 0
+};
+// Where a type's records are stored.
+enum LogStore : uint8_t {
+    kLogStoreDoc = 1,    // the rotating flash log mdvr.log
+    kLogStoreKey = 2,    // the rotating flash log key.log
+    kLogStoreDisk = 4,   // the daily disk log
+};
+struct LogTypeRule {
+    LogFields eFields;
+    uint8_t nNumbers;   // LogFields::Numbers: how many arguments are kept
+    uint8_t yStore;     // LogStore bits; the flash log is written before the disk log
+};
+// The rule of a type code; every code has one (codes without a rule of their own carry no
+// parameters and go to mdvr.log and the disk).
+LogTypeRule LogRuleOf(uint32_t type);
+
 // Record files of the recorder.
 constexpr char kLogDiskDir[] = "/mnt/pos";            // daily "%04d%02d%02d.log"
 constexpr char kLogDocDir[] = "/mnt/doc";
-constexpr char kLogDocFile[] = "/mnt/doc/mdvr.log";   // every type but 9, rotating
-constexpr char kLogKeyFile[] = "/mnt/doc/key.log";    // type 9, rotating
+constexpr char kLogDocFile[] = "/mnt/doc/mdvr.log";   // rotating
+constexpr char kLogKeyFile[] = "/mnt/doc/key.log";    // rotating, the key types (kLogStoreKey)
 constexpr long kLogRotateSize = 6400;                 // a flash file this long is rotated first
 constexpr int kLogRotateCopies = 9;                   // numbered copies ".1" .. ".9"
 constexpr int kLogSemaphore = 1;                      // of set 47, guards every log file access
@@ -67,8 +94,6 @@ int LogScanDaily(const char* dir, struct dirent*** list);
 // so the parameter words hold them packed little-endian.
 void LogRecordToBytes(const LogRecord* record, uint8_t bytes[kLogRecordSize]);
 void LogRecordFromBytes(const uint8_t bytes[kLogRecordSize], LogRecord* record);
-// Types whose parameter area is text: 0, 8, 12, 16, 31, 64, 102.
-bool LogTypeHasText(uint32_t type);
 // Stores the first 19 characters of text (null = empty) NUL-padded into the parameter area.
 void LogRecordSetText(LogRecord* record, const char* text);
 // Copies the text of the parameter area into out, NUL-terminated.

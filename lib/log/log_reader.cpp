@@ -108,3 +108,34 @@ uint32_t LogReadDaily(const char* dir, bool bLock, LogSearchList* result) {
     std::free(list);
     return 0;
 }
+
+void LogDescribeParams(const LogRecord& record, char* out, size_t size) {
+    if (size == 0) return;
+    out[0] = '\0';
+    const LogTypeRule rule = LogRuleOf(record.nType);
+    int nWords = 0;
+    switch (rule.eFields) {
+        case LogFields::Text:
+        case LogFields::EventTimeText:
+        case LogFields::SkipText: {
+            char text[kLogTextMax + 1];
+            LogRecordText(&record, text);
+            std::snprintf(out, size, "\"%s\"", text);
+            return;
+        }
+        case LogFields::Numbers:
+            nWords = rule.nNumbers;
+            break;
+        case LogFields::BitMasks:
+        case LogFields::BitNumbers:
+        case LogFields::Channel:
+            nWords = 1;
+            break;
+        case LogFields::None:
+        case LogFields::EventTime:
+            break;
+    }
+    size_t used = 0;
+    for (int i = 0; i < nWords && used < size; ++i)
+        used += static_cast<size_t>(std::snprintf(out + used, size - used, i > 0 ? " %u" : "%u", record.nParam[i]));
+}

@@ -175,4 +175,20 @@ TEST_F(LogTest, Reader) {
     EXPECT_EQ(items, (std::vector<Item>{{"a.log", 0, 0}, {"a.log", 2, 2}, {"a.log", 3, 3}, {"mdvr.log.3", 0, 3}, {"mdvr.log.3", 1, 4},
                                         {"mdvr.log.1", 0, 1}, {"mdvr.log", 0, 0}, {"20240430.log", 0, 430}, {"20240502.log", 0, 52}}));
 }
+
+// The reader shows what a record's type holds: its text, the parameters the type sets, or none.
+TEST(LogDescribe, ShowsTheFieldsOfTheType) {
+    const std::pair<uint32_t, const char*> rows[] = {{64, "\"DOOR 7\""}, {12, "\"DOOR 7\""}, {101, "1 2 3"}, {38, "1 2 3 4 5"},
+                                                     {9, "1 2"}, {40, "1"}, {44, "1"}, {1, ""}, {43, ""}, {200, ""}};
+    for (const auto& [type, want] : rows) {
+        LogRecord r{kLogMagic, 0, type, {1, 2, 3, 4, 5}};
+        if (want[0] == '"') LogRecordSetText(&r, "DOOR 7");
+        char got[64];
+        LogDescribeParams(r, got, sizeof got);
+        EXPECT_STREQ(got, want) << type;
+    }
+    char cut[4];
+    LogDescribeParams(LogRecord{kLogMagic, 0, 38, {123, 456}}, cut, sizeof cut);
+    EXPECT_STREQ(cut, "123");
+}
 }  // namespace
