@@ -29,7 +29,7 @@ constexpr int kValueSize = 128;
 // The collected values are kept across transactions on purpose: a transaction without a
 // "Money presented" or "REQ|CWD" line repeats the previous withdrawal's type, amount or account.
 int nStatus = 0;
-PosTimeb tTimeb{};
+WallTime tTimeb{};
 char sType[kValueSize] = "";
 char sAccount[kValueSize] = "";
 char sNTD[kValueSize] = "";
@@ -75,7 +75,7 @@ uint32_t ProcCmd_ATM_FriInfo(char* psRecord, const char* psText, int nLength) {
     if (!PosCutAtNewline(sLine)) return 0;
 
     if (std::strstr(sLine, "Transaction start") != nullptr) {
-        tTimeb = PosClockRead();
+        tTimeb = GetWallTime();
         nStatus = 1;
         return 0;
     }

@@ -186,7 +186,7 @@ int LogScanDaily(const char* dir, struct dirent*** list) {
 }
 
 uint32_t LeaveUpLog(LogUpHistory* block) {
-    uint32_t now = static_cast<uint32_t>(std::time(nullptr));
+    const uint32_t now = GetWallTime().dwTime;
     if (block == nullptr) return now;
     for (int i = kUpHistoryDepth - 1; i > 0; --i) {
         block->adwUptime[i] = block->adwUptime[i - 1];
@@ -202,7 +202,7 @@ void LogWrite(uint32_t type, ...) {
     LogRecord record{};
     record.nMagic = kLogMagic;
     record.nType = type;
-    record.tTime = static_cast<uint32_t>(std::time(nullptr));
+    record.tTime = GetWallTime().dwTime;
 
     const LogTypeRule rule = LogRuleOf(type);
     va_list ap;

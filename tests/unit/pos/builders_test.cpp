@@ -1,19 +1,11 @@
 // The record builders but Geniron: the line protocols (AVE VSI-Pro and Hydra, TVC 2066D, Atop,
 // WSI Inspector, the general TCP/UDP protocol, the KTT CDMA entry), the Friendly Info ATM journal
-// and the APER Chomguard packets. Also the record clock of the test program, linked in place of the
-// library's wall clock.
+// and the APER Chomguard packets.
 #include <array>
 #include <numeric>
 #include <vector>
 
 #include "tests/unit/pos/pos_test_util.h"
-
-static PosTimeb tNow{postest::kT0, 129};
-PosTimeb PosClockRead() { return tNow; }
-void postest::SetClock(uint32_t dwSeconds, uint32_t nMillis) { tNow = PosTimeb{dwSeconds, nMillis}; }
-std::string postest::Stamp() {
-    return std::to_string(tNow.dwTime) + "." + std::to_string(tNow.nMillitm / 100) + std::to_string(tNow.nMillitm / 10 % 10);
-}
 
 namespace {
 struct LineCase { PosProcCmdFn fn; std::string sInput, sExpected; };   // "@": "seconds.hh"; "": no record
@@ -115,6 +107,7 @@ std::string Sums(const char* w, int s, int d) { return Dbg(w + (" checksum misma
 // The buffer lives for the whole process: noise that overfills it (the oldest bytes are dropped)
 // and one packet empty it first.
 TEST(Aper, Reassembly) {
+    postest::SetClock(postest::kT0);
     const std::string kDoor = Packet(3, 7, 42, "door open"), sDoor = Rec("3|7|00042|DOOR OPEN"), kMore = Dbg("Need more data in buffer\n");
     const size_t nL = kDoor.size() - 10;
     const int yData = static_cast<uint8_t>(kDoor[7 + nL]), yTransport = static_cast<uint8_t>(kDoor[8 + nL]);
