@@ -17,7 +17,6 @@
 namespace {
 constexpr const char* kSerialDevice = "/dev/ttyS0";
 constexpr const char* kFifo = "/tmp/pos_fifo";
-constexpr int kReadMax = 256;
 constexpr MsgSource kSource{kTagPos, "pos_data"};
 constexpr int kTextMax = 128;   // longer reads are cut to 127 characters and a newline
 
@@ -105,20 +104,24 @@ uint32_t PosFifoClose() {
 
 uint32_t ReceivePosData() {
     if (fdPosFIFO == -1) return 1;
-    char sText[kReadMax + 1];
-    const ssize_t nRead = read(fdPosFIFO, sText, kReadMax);
+    char sText[kPosReadMax + 1];
+    const ssize_t nRead = read(fdPosFIFO, sText, kPosReadMax);
     if (ptShare->nVariant != kVariantKtt && (ptShare->dwFeatures & kFeatureTextInsertion) == 0) return 1;
     if (nRead < 1) return 1;
+    const PosProcCmdFn ProcCmd = ptPosModelDatabase[nCurrPosModel].ProcCmd;
+    if (ProcCmd == nullptr) return 0;
+    char sRecord[kPosRecordSize];
+    const uint32_t dwTime = PosBuildRecord(ProcCmd, sText, static_cast<int>(nRead), sRecord);
+    if (dwTime == 0 || ptShare->bPosStore == 0) return 0;
+    StoreRecord(sRecord, dwTime);
+    return 0;
+}
+
+uint32_t PosBuildRecord(PosProcCmdFn ProcCmd, char* sText, int nRead, char* sRecord) {
     sText[nRead] = '\0';
     if (nRead > kTextMax) {
         sText[kTextMax - 1] = '\n';
         sText[kTextMax] = '\0';
     }
-    const PosProcCmdFn ProcCmd = ptPosModelDatabase[nCurrPosModel].ProcCmd;
-    if (ProcCmd == nullptr) return 0;
-    char sRecord[kPosRecordSize];
-    const uint32_t dwTime = ProcCmd(sRecord, sText, static_cast<int>(nRead));
-    if (dwTime == 0 || ptShare->bPosStore == 0) return 0;
-    StoreRecord(sRecord, dwTime);
-    return 0;
+    return ProcCmd(sRecord, sText, nRead);
 }
