@@ -17,7 +17,7 @@ uint32_t PosModelInit(uint32_t nModel);
 // One polling step: 1 when nothing could be read, 0 otherwise.
 uint32_t ReceivePosData();
 // Hands one read to a record builder as the polling step does: the nRead bytes in sText (which
-// has room for kPosReadMax + 1) are terminated, and a read longer than 128 bytes is cut to 127
+// has room for one byte more) are terminated, and a read longer than 128 bytes is cut to 127
 // characters and a newline; the builder is still told the read's length. Returns what the builder
 // returns: the record's time, 0 for no record.
 uint32_t PosBuildRecord(PosProcCmdFn ProcCmd, char* sText, int nRead, char* sRecord);
