@@ -8,13 +8,13 @@
 #include <sched.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <cstdlib>
 
 #include "core/share_block.h"
 #include "keypad/keypad_data.h"
 #include "ktt/ktt_data.h"
 #include "lib/ipc/MessageQueue.h"
+#include "lib/ipc/MsgLine.h"
 #include "lib/ipc/SharedMem.h"
 #include "lib/log/log.h"
 #include "lib/proc/processpipe.h"
@@ -36,6 +36,7 @@ constexpr uint32_t kMsgEnded = 0x10003;
 constexpr uint32_t kMsgAliveAnswer = 0x10004;
 
 constexpr useconds_t kPassSleepUs = 10000;
+constexpr MsgSource kSource{kTagPtzCntl, "ptz_cntl"};
 
 // The variant with the KTT monitoring link; read afresh at every test, never cached.
 bool KttVariant() { return ptShare->nVariant == kVariantKtt; }
@@ -51,7 +52,7 @@ void SendToMain(uint32_t code, uint32_t p2) {
 bool StartUp(int argc, char** argv) {
     if (CheckProcessOverlap(argv[0]) != 0) return false;
     if (CheckProcessArgument(argc, argv) != 0) return false;
-    std::fprintf(stderr, "Info(ptz_cntl  ) PTZ_CNTL Process Start.\n");
+    InfoLine(kSource, "PTZ_CNTL Process Start.");
     tGlobal.nProcessNo = static_cast<int32_t>(std::strtol(argv[1], nullptr, 10));
 
     ptShare = static_cast<ShareBlock*>(AttachMem(kRecorderIpcId));
@@ -151,18 +152,18 @@ void RunLoop() {
 
 void ShutDown() {
     if (PTZUartDeviceClose() != 0)
-        std::fprintf(stderr, "Err (ptz_cntl  /%s:%d) can't close ptz control device.\n", "ptz_cntl", 300);
+        ErrLine(kSource, 300, "can't close ptz control device.");
     if (KeypadDeviceClose() != 0)
-        std::fprintf(stderr, "Err (ptz_cntl  /%s:%d) can't close keypad control device.\n", "ptz_cntl", 301);
+        ErrLine(kSource, 301, "can't close keypad control device.");
     if (PosFifoClose() != 0)
-        std::fprintf(stderr, "Err (ptz_cntl  /%s:%d) can't close pos FIFO.\n", "ptz_cntl", 302);
+        ErrLine(kSource, 302, "can't close pos FIFO.");
     // The KTT close reports with the keypad's text.
     if (KttVariant() && KttDeviceClose() != 0)
-        std::fprintf(stderr, "Err (ptz_cntl  /%s:%d) can't close keypad control device.\n", "ptz_cntl", 304);
+        ErrLine(kSource, 304, "can't close keypad control device.");
     DetachMem(ptShare);
     ptShare = nullptr;
     SendToMain(kMsgEnded, 0);
-    std::fprintf(stderr, "Info(ptz_cntl  ) PTZ_CNTL Process End.\n");
+    InfoLine(kSource, "PTZ_CNTL Process End.");
 }
 }  // namespace
 

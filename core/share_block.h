@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "lib/log/log.h"
+
 constexpr int kMaxChannels = 16;
 
 // Per-channel PTZ settings written by the main application (52 bytes each).
@@ -27,15 +29,6 @@ struct SharePtzLastCmd {
     uint8_t abUnused[8];
 };
 static_assert(sizeof(SharePtzLastCmd) == 32);
-
-// History of this process's starts, newest first (84 bytes).
-constexpr int kUpHistoryDepth = 10;
-struct ShareUpHistory {
-    uint32_t nStarts;
-    uint32_t adwUptime[kUpHistoryDepth];   // GetUptime() at each start
-    uint32_t adwTime[kUpHistoryDepth];     // time() at each start
-};
-static_assert(sizeof(ShareUpHistory) == 84);
 
 constexpr int kShareModelNameLen = 64;
 constexpr int kSharePosLayoutSize = 452;
@@ -87,7 +80,7 @@ struct ShareBlock {
     volatile uint8_t bPtzDebug;                        // 154264
     volatile uint8_t bKeypadDebug;                     // 154265
     uint8_t abReserved154266[3154];
-    ShareUpHistory tUpHistory;                         // 157420
+    LogUpHistory tUpHistory;                           // 157420 kept by LeaveUpLog
 };
 
 #define SHARE_AT(field, off) static_assert(offsetof(ShareBlock, field) == (off), #field)

@@ -6,7 +6,6 @@
 #include "keypad/keypad_data.h"
 
 #include <fcntl.h>
-#include <poll.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -14,8 +13,10 @@
 
 #include "core/ptz_cntl.h"
 #include "core/share_block.h"
+#include "keypad/keypad_port.h"
 #include "lib/ipc/Clock.h"
 #include "lib/ipc/MessageQueue.h"
+#include "lib/ipc/MsgLine.h"
 #include "ptz/ptz_data.h"
 
 int fdKeypadUart = -1;
@@ -24,9 +25,7 @@ int gBufReadPos = 0;
 uint8_t gBufOverlap = 0;
 
 namespace {
-constexpr int kPollTimeoutMs = 10;
-// The open failure names no line of its own; this is the line the KTT copy of the routine uses.
-constexpr int kOpenErrLine = 76;
+constexpr MsgSource kSource{kTagPtzCntl, "keypad_data"};
 
 struct termios tOldSet;           // line settings found at open, restored at close
 uint32_t nCurrKeypadModel = 0;    // active model, 0 = none
@@ -80,48 +79,23 @@ void KeypadPublishModels() {
     for (uint32_t i = 0; i < nCount; ++i)
         std::memcpy(ptShare->asKeypadModelName[i], ptKeypadModelDatabase[i].sName, kShareModelNameLen);
     if (ptShare->nKeypadModel >= nCount) ptShare->nKeypadModel = 0;
-    std::fprintf(stderr, "Info(ptz_cntl  ) # of Keypad model = %d\n", static_cast<int>(nCount));
+    InfoLine(kSource, "# of Keypad model = %d", static_cast<int>(nCount));
 }
 
+// The keypad port is the PTZ line's device, opened for reading: cameras and keypad share the bus.
 uint32_t KeypadDeviceOpen() {
     const char* sDevice = ptShare->nPortAssign == kPortAssignPtzOnS0 ? "/dev/ttyS0" : "/dev/ttyS1";
-    fdKeypadUart = open(sDevice, O_RDONLY | O_NONBLOCK | O_DSYNC);
-    if (fdKeypadUart < 0) {
-        std::fprintf(stderr, "Err (ptz_cntl  /%s:%d) Can't open keypad port\n", "keypad_data", kOpenErrLine);
-        return 1;
-    }
-    tcgetattr(fdKeypadUart, &tOldSet);
-    return 0;
+    return KeypadPortOpen(&fdKeypadUart, sDevice, O_RDONLY, &tOldSet, kSource);
 }
 
 uint32_t KeypadDeviceInit(uint32_t model) {
-    // The table's own length bounds the index too, whatever the shared count says.
-    if (model >= ptShare->nKeypadModelCount || model >= GetNumberOfKeypadModel() || fdKeypadUart < 0) return 1;
-    const KeypadModel& tModel = ptKeypadModelDatabase[model];
-    if (tModel.ptTermSet != nullptr) {
-        struct termios t = *tModel.ptTermSet;
-        t.c_cflag |= tModel.dwBaud;
-        tcsetattr(fdKeypadUart, TCSANOW, &t);
-        // Cameras and keypad share the bus: the PTZ side follows the keypad's speed.
-        if (ptShare->nPortAssign != kPortAssignPtzOnS0) PTZUartSetAttr(&t);
-    }
-    nCurrKeypadModel = model;
-    return 0;
+    return KeypadPortInit(fdKeypadUart, ptKeypadModelDatabase, GetNumberOfKeypadModel(), model, TCSANOW,
+                          &nCurrKeypadModel);
 }
 
-uint32_t KeypadDeviceClose() {
-    if (fdKeypadUart < 0) return 1;
-    tcsetattr(fdKeypadUart, TCSADRAIN, &tOldSet);
-    close(fdKeypadUart);
-    fdKeypadUart = -1;
-    return 0;
-}
+uint32_t KeypadDeviceClose() { return KeypadPortClose(&fdKeypadUart, tOldSet); }
 
-uint32_t KeypadDevicePoll() {
-    if (fdKeypadUart < 0) return 1;
-    struct pollfd p = {fdKeypadUart, POLLIN, 0};
-    return (poll(&p, 1, kPollTimeoutMs) > 0 && (p.revents & POLLIN) != 0) ? 0 : 1;
-}
+uint32_t KeypadDevicePoll() { return KeypadPortPoll(fdKeypadUart); }
 
 uint32_t ReceiveKeypadData() {
     if (fdKeypadUart < 0) return 1;
@@ -149,11 +123,7 @@ uint32_t ReceiveKeypadData() {
     return 0;
 }
 
-uint32_t CheckKeypadStatus() {
-    if (nCurrKeypadModel == 0) return 1;
-    const KeypadCheckStatusFn fn = ptKeypadModelDatabase[nCurrKeypadModel].CheckStatus;
-    return fn != nullptr ? fn() : 0;
-}
+uint32_t CheckKeypadStatus() { return KeypadPortStatus(ptKeypadModelDatabase, nCurrKeypadModel); }
 
 int32_t WriteKeypadData(const uint8_t* bytes, uint32_t length) { return PTZUartRawDataSend(bytes, length); }
 

@@ -8,11 +8,10 @@
 //   bits  0..7   detail
 // A report carries the low 24 bits. Event n lives in slot n & 63; the queue is empty while
 // nEventRead >= nEventWrite.
-#include <ctime>
-
 #include "core/ptz_cntl.h"
 #include "core/share_block.h"
 #include "ktt/ktt_data.h"
+#include "lib/ipc/Clock.h"
 #include "lib/ipc/MessageQueue.h"
 #include "lib/log/log.h"
 
@@ -104,5 +103,5 @@ void KttWaitPowerOff() { bWaitPowerOff_LOCAL = 1; }
 
 void KTTMessage(uint32_t p1, uint32_t p2, uint32_t p3) {
     uint32_t code = (p1 & 0xFFu) << 16 | (p2 & 0xFFu) << 8;
-    PutKTTEventMulti(code, static_cast<uint32_t>(std::time(nullptr)), static_cast<int32_t>(p3));
+    PutKTTEventMulti(code, GetWallTime().dwTime, static_cast<int32_t>(p3));
 }

@@ -2,23 +2,20 @@
 #include "ktt/ktt_data.h"
 
 #include <fcntl.h>
-#include <poll.h>
 #include <termios.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <cstring>
 
 #include "core/share_block.h"
-#include "ptz/ptz_data.h"
+#include "keypad/keypad_port.h"
+#include "lib/ipc/MsgLine.h"
 
 int fdKttUart = -1;
 
 namespace {
 constexpr char kKttDevice[] = "/dev/ttyS4";
-constexpr char kSource[] = "ktt_data";
-constexpr int kLineOpen = 76;
-constexpr int kPollMs = 10;
+constexpr MsgSource kSource{kTagPtzCntl, "ktt_data"};
 constexpr int kReadMax = 64;
 
 struct termios tOldSet;
@@ -33,54 +30,19 @@ void KttPublishModels() {
     }
 }
 
-// Opened once at start; a second call keeps the open port.
-uint32_t KttDeviceOpen() {
-    if (fdKttUart >= 0) return 0;
-    fdKttUart = open(kKttDevice, O_RDWR | O_NONBLOCK | O_DSYNC);
-    if (fdKttUart < 0) {
-        std::fprintf(stderr, "Err (ptz_cntl  /%s:%d) Can't open keypad port\n", kSource, kLineOpen);
-        return 1;
-    }
-    tcgetattr(fdKttUart, &tOldSet);
-    return 0;
-}
+uint32_t KttDeviceOpen() { return KeypadPortOpen(&fdKttUart, kKttDevice, O_RDWR, &tOldSet, kSource); }
 
-// The bound is the keypad model count, as the recorder has always checked it. An index that
-// passes it but lies beyond the KTT table has no entry and is refused too.
+// The bound is the keypad model count (see KeypadPortInit); an index that passes it but lies
+// beyond the KTT table has no entry and is refused too.
 uint32_t KttDeviceInit(uint32_t model) {
-    if (model >= ptShare->nKeypadModelCount || model >= GetNumberOfKttModel() || fdKttUart < 0) return 1;
-    const KeypadModel& entry = ptKttModelDatabase[model];
-    if (entry.ptTermSet != nullptr) {
-        struct termios settings = *entry.ptTermSet;
-        settings.c_cflag |= entry.dwBaud;
-        tcsetattr(fdKttUart, TCSADRAIN, &settings);
-        if (ptShare->nPortAssign != kPortAssignPtzOnS0) PTZUartSetAttr(&settings);
-    }
-    nCurrKttModel = model;
-    return 0;
+    return KeypadPortInit(fdKttUart, ptKttModelDatabase, GetNumberOfKttModel(), model, TCSADRAIN, &nCurrKttModel);
 }
 
-uint32_t KttDeviceClose() {
-    if (fdKttUart < 0) return 1;
-    tcsetattr(fdKttUart, TCSADRAIN, &tOldSet);
-    close(fdKttUart);
-    fdKttUart = -1;
-    return 0;
-}
+uint32_t KttDeviceClose() { return KeypadPortClose(&fdKttUart, tOldSet); }
 
-// Also waits the 10 ms while the port is closed (poll passes over a negative descriptor), so
-// the main loop keeps its pace.
-uint32_t KttDevicePoll() {
-    struct pollfd p = {fdKttUart, POLLIN, 0};
-    return (poll(&p, 1, kPollMs) > 0 && (p.revents & POLLIN)) ? 0 : 1;
-}
+uint32_t KttDevicePoll() { return KeypadPortPoll(fdKttUart); }
 
-uint32_t CheckKttStatus() {
-    if (nCurrKttModel == 0) return 1;
-    const KeypadModel& entry = ptKttModelDatabase[nCurrKttModel];
-    if (entry.CheckStatus == nullptr) return 0;
-    return entry.CheckStatus() & 0xFFu;
-}
+uint32_t CheckKttStatus() { return KeypadPortStatus(ptKttModelDatabase, nCurrKttModel); }
 
 void WriteKttData(const uint8_t* bytes, uint32_t length) {
     if (fdKttUart < 0 || bytes == nullptr) return;

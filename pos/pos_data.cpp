@@ -10,13 +10,14 @@
 #include <ctime>
 
 #include "core/share_block.h"
+#include "lib/ipc/MsgLine.h"
 #include "pos/pos_model.h"
 #include "pos/sm_common.h"
 
 namespace {
 constexpr const char* kSerialDevice = "/dev/ttyS0";
 constexpr const char* kFifo = "/tmp/pos_fifo";
-constexpr int kReadMax = 256;
+constexpr MsgSource kSource{kTagPos, "pos_data"};
 constexpr int kTextMax = 128;   // longer reads are cut to 127 characters and a newline
 
 static_assert(sizeof(DPRCSet) == kSharePosLayoutSize);
@@ -29,11 +30,11 @@ int nCurrPosModel = 0;
 int OpenInput(const PosModel& tModel) {
     if (tModel.TermSet != nullptr) {
         const int fd = open(kSerialDevice, O_RDONLY | O_NONBLOCK | O_NOCTTY);
-        if (fd < 0) std::fprintf(stderr, "Err (pos       /%s:%d) Can't open POS DEVICE\n", "pos_data", 78);
+        if (fd < 0) ErrLine(kSource, 78, "Can't open POS DEVICE");
         return fd;
     }
     const int fd = open(kFifo, O_RDONLY | O_NONBLOCK);
-    if (fd < 0) std::fprintf(stderr, "Err (pos       /%s:%d) Can't open POS FIFO\n", "pos_data", 86);
+    if (fd < 0) ErrLine(kSource, 86, "Can't open POS FIFO");
     return fd;
 }
 
@@ -73,7 +74,7 @@ uint32_t PosModelInit(uint32_t nModel) {
     if (ptShare->nPortAssign == kPortAssignPosOnS0 && tModel.TermSet != nullptr) {
         const int fd = open(kSerialDevice, O_RDONLY | O_NONBLOCK | O_NOCTTY);
         if (fd < 0) {
-            std::fprintf(stderr, "Err (pos       /%s:%d) Can't open pos port\n", "pos_data", 108);
+            ErrLine(kSource, 108, "Can't open pos port");
             return 1;
         }
         tcsetattr(fd, TCSADRAIN, tModel.TermSet);
@@ -103,20 +104,24 @@ uint32_t PosFifoClose() {
 
 uint32_t ReceivePosData() {
     if (fdPosFIFO == -1) return 1;
-    char sText[kReadMax + 1];
-    const ssize_t nRead = read(fdPosFIFO, sText, kReadMax);
+    char sText[kPosReadMax + 1];
+    const ssize_t nRead = read(fdPosFIFO, sText, kPosReadMax);
     if (ptShare->nVariant != kVariantKtt && (ptShare->dwFeatures & kFeatureTextInsertion) == 0) return 1;
     if (nRead < 1) return 1;
+    const PosProcCmdFn ProcCmd = ptPosModelDatabase[nCurrPosModel].ProcCmd;
+    if (ProcCmd == nullptr) return 0;
+    char sRecord[kPosRecordSize];
+    const uint32_t dwTime = PosBuildRecord(ProcCmd, sText, static_cast<int>(nRead), sRecord);
+    if (dwTime == 0 || ptShare->bPosStore == 0) return 0;
+    StoreRecord(sRecord, dwTime);
+    return 0;
+}
+
+uint32_t PosBuildRecord(PosProcCmdFn ProcCmd, char* sText, int nRead, char* sRecord) {
     sText[nRead] = '\0';
     if (nRead > kTextMax) {
         sText[kTextMax - 1] = '\n';
         sText[kTextMax] = '\0';
     }
-    const PosProcCmdFn ProcCmd = ptPosModelDatabase[nCurrPosModel].ProcCmd;
-    if (ProcCmd == nullptr) return 0;
-    char sRecord[kPosRecordSize];
-    const uint32_t dwTime = ProcCmd(sRecord, sText, static_cast<int>(nRead));
-    if (dwTime == 0 || ptShare->bPosStore == 0) return 0;
-    StoreRecord(sRecord, dwTime);
-    return 0;
+    return ProcCmd(sRecord, sText, nRead);
 }

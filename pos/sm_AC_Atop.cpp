@@ -38,7 +38,7 @@ uint32_t ProcCmd_AC_Atop(char* psRecord, const char* psText, int nLength) {
         char* pLast = apField[nColons];
         pLast[std::strcspn(pLast, "\r\n")] = '\0';
     }
-    const PosTimeb t = PosClockRead();
+    const WallTime t = GetWallTime();
     return PosRecordPrintf(psRecord, t.dwTime, "AC_ATOP|%d.%02d|%s|%s|%s|%s|#\n", PosSeconds(t),
                            PosHundredths(t), apField[0], apField[1], apField[2], apField[3]);
 }

@@ -79,7 +79,7 @@ uint32_t WriteRecord(char* psRecord, int nL) {
     int nText = nL - kTextHeader;
     if (nText > kPosLineMax) nText = kPosLineMax;
     for (int i = 0; i < nText; ++i) sText[i] = static_cast<char>(std::toupper(pySBuf[kTextOffset + i]));
-    const PosTimeb t = PosClockRead();
+    const WallTime t = GetWallTime();
     PosRecordPrintf(psRecord, t.dwTime, "APER|%d.%02d|%d|%d|%05d|%s|#\n", PosSeconds(t),
                     PosHundredths(t), pySBuf[4], pySBuf[11], (pySBuf[9] << 8) | pySBuf[10], sText);
     std::fprintf(stderr, "POSDBG : %s", psRecord);

@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "lib/ipc/MsgLine.h"
 #include "lib/proc/processpipe.h"
 #include "pos/pos_model.h"
 #include "pos/sm_common.h"
@@ -28,7 +29,7 @@ constexpr int kValueSize = 128;
 // The collected values are kept across transactions on purpose: a transaction without a
 // "Money presented" or "REQ|CWD" line repeats the previous withdrawal's type, amount or account.
 int nStatus = 0;
-PosTimeb tTimeb{};
+WallTime tTimeb{};
 char sType[kValueSize] = "";
 char sAccount[kValueSize] = "";
 char sNTD[kValueSize] = "";
@@ -41,7 +42,7 @@ void TakeAccount(const char* psLine) {
         if (p != nullptr) ++p;
     }
     if (p == nullptr) {
-        std::fprintf(stderr, "Err (ptz_cntl  /%s:%d) fail to get account\n", "sm_ATM_FriInfo", 110);
+        ErrLine(MsgSource{kTagPtzCntl, "sm_ATM_FriInfo"}, 110, "fail to get account");
         return;
     }
     const char* pEnd = std::strchr(p, '|');
@@ -74,7 +75,7 @@ uint32_t ProcCmd_ATM_FriInfo(char* psRecord, const char* psText, int nLength) {
     if (!PosCutAtNewline(sLine)) return 0;
 
     if (std::strstr(sLine, "Transaction start") != nullptr) {
-        tTimeb = PosClockRead();
+        tTimeb = GetWallTime();
         nStatus = 1;
         return 0;
     }

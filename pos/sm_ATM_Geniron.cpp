@@ -103,7 +103,7 @@ void SendByUDP(const uint8_t* pyLine, bool bPhone, bool bSerial) {
     BuildDatagram(abDatagram, pyLine, bPhone, bSerial);
     sendto(fd, abDatagram, sizeof abDatagram, 0, ptAddr, sizeof tAddr);
     close(fd);
-    oldSendTime = PosClockRead().dwTime;
+    oldSendTime = GetWallTime().dwTime;
 }
 
 void Notify() {
@@ -120,13 +120,13 @@ bool KeepAlive(uint32_t dwNow) {
     return true;
 }
 
-void WriteRecord(char* psRecord, const PosTimeb& t, const char* psCard, const char* psAmount,
+void WriteRecord(char* psRecord, const WallTime& t, const char* psCard, const char* psAmount,
                  bool bPhone, bool bSerial) {
     PosRecordPrintf(psRecord, t.dwTime, "ATMGEN|%d.%02d|%s|%s|%d|%d|#\n", PosSeconds(t),
                     PosHundredths(t), psCard, psAmount, bPhone ? 1 : 0, bSerial ? 1 : 0);
 }
 
-uint32_t Alarm(char* psRecord, const PosTimeb& t, bool bPhone) {
+uint32_t Alarm(char* psRecord, const WallTime& t, bool bPhone) {
     WriteRecord(psRecord, t, "NONE", "NONE", bPhone, !bPhone);
     Notify();
     SendByUDP(pyBufferOld, bPhone, !bPhone);
@@ -141,7 +141,7 @@ bool IsRepeat(const uint8_t* pyLine) {
 }  // namespace
 
 uint32_t ProcCmd_ATM_Geniron(char* psRecord, const char* psText, int nLength) {
-    const PosTimeb t = PosClockRead();
+    const WallTime t = GetWallTime();
     char sLine[kLineSize + 1] = {};
     PosCopyLine(sLine, psText, nLength, kLineSize);
     if (std::strncmp(sLine, "alert_serial", 12) == 0) return Alarm(psRecord, t, false);
@@ -170,4 +170,4 @@ uint32_t ProcCmd_ATM_Geniron(char* psRecord, const char* psText, int nLength) {
 
 // Status check of the model (not called by this process): the keep-alive on its own, 0 when one
 // was sent.
-uint32_t CheckCmd_ATM_Geniron() { return KeepAlive(PosClockRead().dwTime) ? 0 : 1; }
+uint32_t CheckCmd_ATM_Geniron() { return KeepAlive(GetWallTime().dwTime) ? 0 : 1; }

@@ -24,7 +24,7 @@ uint32_t ProcCmd_AVE_Hydra(char* psRecord, const char* psText, int nLength) {
     PosCopyLine(sLine, psText + 1, nLength - 1, kPosLineMax - 1);
     AveLine tLine;
     if (!AveClassifyLine(sLine, &tLine)) return 0;
-    const PosTimeb t = PosClockRead();
+    const WallTime t = GetWallTime();
     return PosRecordPrintf(psRecord, t.dwTime, "AVEHYD|%d.%02d|%02d|%s|%s|%s|#\n", PosSeconds(t),
                            PosHundredths(t), nRegister, tLine.sType, tLine.sText, tLine.sValue);
 }

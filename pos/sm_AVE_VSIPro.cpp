@@ -61,7 +61,7 @@ uint32_t ProcCmd_AVE_VSIPro(char* psRecord, const char* psText, int nLength) {
     PosCopyLine(sLine, psText, nLength, kPosLineMax);
     AveLine tLine;
     if (!AveClassifyLine(sLine, &tLine)) return 0;
-    const PosTimeb t = PosClockRead();
+    const WallTime t = GetWallTime();
     return PosRecordPrintf(psRecord, t.dwTime, "AVEVSI|%d.%02d|%s|%s|%s|#\n", PosSeconds(t),
                            PosHundredths(t), tLine.sType, tLine.sText, tLine.sValue);
 }

@@ -33,7 +33,7 @@ uint32_t BuildGeneral(char* psRecord, const char* psText, int nLength, const cha
     PosCutAtNewline(sLine);
     char* apField[kFields];
     PosSplit(sLine, '|', apField, kFields);
-    const PosTimeb t = PosClockRead();
+    const WallTime t = GetWallTime();
     return PosRecordPrintf(psRecord, t.dwTime, format, PosSeconds(t), PosHundredths(t),
                            PosDecimal(apField[0]), apField[1], apField[2], apField[3], apField[4]);
 }

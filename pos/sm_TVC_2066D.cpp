@@ -39,7 +39,7 @@ uint32_t ProcCmd_TVC_2066D(char* psRecord, const char* psText, int nLength) {
     const char c0 = apField[0][0];
     const char c1 = c0 != '\0' ? apField[0][1] : '\0';
     const int nTerminal = (c0 >= '1' && c0 <= '9') ? 10 * (c0 - '0') + DigitValue(c1) : DigitValue(c1);
-    const PosTimeb t = PosClockRead();
+    const WallTime t = GetWallTime();
     return PosRecordPrintf(psRecord, t.dwTime, "TVC|%d.%02d|%02d|%s|%s|%s|%s|#\n", PosSeconds(t),
                            PosHundredths(t), nTerminal, apField[1], apField[2], apField[3], apField[4]);
 }

@@ -32,7 +32,7 @@ uint32_t ProcCmd_WSI_Inspector(char* psRecord, const char* psText, int nLength) 
     PosCutAtNewline(sLine);
     char* apField[kFields];
     PosSplit(sLine, '\t', apField, kFields);
-    const PosTimeb t = PosClockRead();
+    const WallTime t = GetWallTime();
     return PosRecordPrintf(psRecord, t.dwTime, "WSI|%d.%02d|%d|%s|%d|%s|#\n", PosSeconds(t),
                            PosHundredths(t), PosDecimal(apField[1]), apField[0],
                            PosDecimal(apField[2]), apField[3]);

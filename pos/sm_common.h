@@ -1,24 +1,18 @@
-// What the text-insertion record builders share: the clock reading, the record line, the line
+// What the text-insertion record builders share: the time columns, the record line, the line
 // copy and splitting, number reading, and the serial line settings.
 #pragma once
 #include <termios.h>
 #include <cstdint>
 
+#include "lib/ipc/Clock.h"
+
 constexpr int kPosRecordSize = 128;   // one record of the daily file
 constexpr int kPosRecordLimit = 127;  // print limit of a record line: at most 126 characters
 constexpr int kPosLineMax = 128;      // characters a builder takes from its input
 
-// One wall-clock reading with millisecond resolution.
-struct PosTimeb {
-    uint32_t dwTime;      // seconds since the epoch
-    uint32_t nMillitm;    // 0 to 999
-};
-// Reads the wall clock. Defined alone in pos_clock.cpp, so that a test program can link its own
-// definition in its place.
-PosTimeb PosClockRead();
-
-inline int PosSeconds(const PosTimeb& t) { return static_cast<int>(t.dwTime); }
-inline int PosHundredths(const PosTimeb& t) { return static_cast<int>(t.nMillitm / 10); }
+// The time columns of a record line, from a reading of the wall clock (GetWallTime).
+inline int PosSeconds(const WallTime& t) { return static_cast<int>(t.dwTime); }
+inline int PosHundredths(const WallTime& t) { return static_cast<int>(t.nMillitm / 10); }
 
 // Zero-fills the 128-byte record and prints one record line into it ("TAG|%d.%02d|...|#\n",
 // seconds and hundredths first). Returns dwTime.

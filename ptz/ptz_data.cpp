@@ -11,6 +11,7 @@
 #include "core/ptz_cntl.h"
 #include "core/share_block.h"
 #include "lib/ipc/Clock.h"
+#include "lib/ipc/MsgLine.h"
 #include "ptz/ptz_model.h"
 
 int fdPTZUart = -1;
@@ -31,8 +32,7 @@ void Enqueue(uint32_t ch, const PTZPacket& packet) {
     ++q.nWritten;
     if (q.nRead % kPTZQueueSlots == q.nWritten % kPTZQueueSlots) {
         // The ring caught up with its oldest pending frame: the newest commands win.
-        std::fprintf(stderr, "Err (ptz_cntl  /%s:%d) Lost PTZ data on CH %d\n", "ptz_data", 375,
-                     static_cast<int>(ch));
+        ErrLine(MsgSource{kTagPtzCntl, "ptz_data"}, 375, "Lost PTZ data on CH %d", static_cast<int>(ch));
         ++q.nRead;
     }
 }
@@ -73,7 +73,7 @@ uint32_t PTZUartDeviceOpen() {
     const char* sDevice = ptShare->nPortAssign == kPortAssignPtzOnS0 ? "/dev/ttyS0" : "/dev/ttyS1";
     fdPTZUart = open(sDevice, O_WRONLY);
     if (fdPTZUart < 0) {
-        std::fprintf(stderr, "Err (ptz_cntl  /%s:%d) can't open ptz control device.\n", "ptz_data", 79);
+        ErrLine(MsgSource{kTagPtzCntl, "ptz_data"}, 79, "can't open ptz control device.");
         return 1;
     }
     struct termios t;

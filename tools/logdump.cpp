@@ -94,7 +94,7 @@ int main(int argc, char** argv) {
     }
 
     int status = 0;
-    std::printf("%-20s %6s  %-19s  %4s  %s\n", "FILE", "INDEX", "TIME", "TYPE", "PARAMETERS");
+    PrintLogHeader();
     for (size_t i = 0; i < sources.size(); ++i) {
         LogSearchList list{};
         const char* path = sources[i].path.c_str();

@@ -11,14 +11,14 @@
 #include <sys/msg.h>
 
 #include <cstddef>
-#include <cstdio>
 
 #include "lib/ipc/CleanUp.h"
 #include "lib/ipc/Clock.h"
+#include "lib/ipc/MsgLine.h"
 
 namespace {
 
-constexpr const char* kFile = "MessageQueue";
+constexpr MsgSource kSource{kTagMsgq, "MessageQueue"};
 
 // The buffer handed to msgsnd/msgrcv: the type word, then the body bytes.
 struct QueueBuffer {
@@ -53,15 +53,13 @@ struct SendLines {
 
 int Send(int n, int to, uint32_t from, uint32_t code, const uint32_t params[5], const SendLines& lines) {
     if (to <= 0) {
-        std::fprintf(stderr, "Err (libmsgq   /%s:%d) Send: Invalid message destination\n", kFile,
-                     lines.nDestination);
+        ErrLine(kSource, lines.nDestination, "Send: Invalid message destination");
         CleanUp();
         return -1;
     }
     int queue = msgget(IpcKey(n), 0);
     if (queue < 0) {
-        std::fprintf(stderr, "Err (libmsgq   /%s:%d) Send: Unable to get mailbox id. (msgget)\n", kFile,
-                     lines.nLookup);
+        ErrLine(kSource, lines.nLookup, "Send: Unable to get mailbox id. (msgget)");
         CleanUp();
         return -1;
     }
@@ -72,8 +70,7 @@ int Send(int n, int to, uint32_t from, uint32_t code, const uint32_t params[5], 
     PutWord(buffer.mtext + 4 * MBW_CODE, code);
     for (int i = 0; i < 5; ++i) PutWord(buffer.mtext + 4 * (MBW_P1 + i), params[i]);
     if (msgsnd(queue, &buffer, kMailboxBodySize, 0) != 0) {
-        std::fprintf(stderr, "Err (libmsgq   /%s:%d) Send: Unable to send message to mailbox %c\n", kFile,
-                     lines.nSend, n);
+        ErrLine(kSource, lines.nSend, "Send: Unable to send message to mailbox %c", n);
         CleanUp();
         return -1;
     }
@@ -84,7 +81,7 @@ int Send(int n, int to, uint32_t from, uint32_t code, const uint32_t params[5], 
 
 int CreateMsgQ(int n) {
     if (msgget(IpcKey(n), IPC_CREAT | 0777) < 0) {
-        std::fprintf(stderr, "Err (libmsgq   /%s:%d) MailBox: Unable to get mailbox id. (msgget)\n", kFile, 68);
+        ErrLine(kSource, 68, "MailBox: Unable to get mailbox id. (msgget)");
         CleanUp();
         return -1;
     }
@@ -96,7 +93,7 @@ int RemoveMsgQ(int n) {
     if (queue < 0) return queue;
     int result = msgctl(queue, IPC_RMID, nullptr);
     if (result != 0)
-        std::fprintf(stderr, "Err (libmsgq   /%s:%d) RemoveBox: Unable to remove mailbox. (msgctl)\n", kFile, 91);
+        ErrLine(kSource, 91, "RemoveBox: Unable to remove mailbox. (msgctl)");
     return result;
 }
 
@@ -112,7 +109,7 @@ int SendMsgQC(int n, int to, uint32_t from, uint32_t code, const uint32_t params
 
 int ReceiveMsgQ(int n, long mailbox, uint32_t out[MBW_COUNT]) {
     if (mailbox < 1) {
-        std::fprintf(stderr, "Err (libmsgq   /%s:%d) Receive: Invalid message type\n", kFile, 193);
+        ErrLine(kSource, 193, "Receive: Invalid message type");
         CleanUp();
         return -1;
     }
@@ -123,8 +120,7 @@ int ReceiveMsgQ(int n, long mailbox, uint32_t out[MBW_COUNT]) {
 int _ReceiveMsgQ(int n, long mailbox, uint32_t out[MBW_COUNT]) {
     int queue = msgget(IpcKey(n), 0);
     if (queue < 0) {
-        std::fprintf(stderr, "Err (libmsgq   /%s:%d) Recv/RecvAny: Unable to get mailbox id. (msgget)\n", kFile,
-                     224);
+        ErrLine(kSource, 224, "Recv/RecvAny: Unable to get mailbox id. (msgget)");
         CleanUp();
         return -1;
     }

@@ -4,15 +4,15 @@
 #include <sys/ipc.h>
 #include <sys/sem.h>
 
-#include <cstdio>
 #include <cstdlib>
 
 #include "lib/ipc/CleanUp.h"
 #include "lib/ipc/IpcKey.h"
+#include "lib/ipc/MsgLine.h"
 
 namespace {
 
-constexpr const char* kFile = "Semaphore";
+constexpr MsgSource kSource{kTagSem, "Semaphore"};
 
 // The caller of semctl declares this union (the system headers do not).
 union SemArg {
@@ -26,9 +26,9 @@ int Step(int sem, int n, int flags, bool down) {
     int set = semget(IpcKey(n), 0, 0);
     if (set < 0) {
         if (down)
-            std::fprintf(stderr, "Err (libsem    /%s:%d) Down: Unable to get semaphore id. (semget)\n", kFile, 117);
+            ErrLine(kSource, 117, "Down: Unable to get semaphore id. (semget)");
         else
-            std::fprintf(stderr, "Err (libsem    /%s:%d) Up: Unable to get semaphore id. (semget)\n", kFile, 165);
+            ErrLine(kSource, 165, "Up: Unable to get semaphore id. (semget)");
         CleanUp();
         return -1;
     }
@@ -38,9 +38,9 @@ int Step(int sem, int n, int flags, bool down) {
     op.sem_flg = static_cast<short>(flags & 0xFFFF);
     if (semop(set, &op, 1) != 0) {
         if (down)
-            std::fprintf(stderr, "Err (libsem    /%s:%d) Down: Can't perform down on semaphore %d\n", kFile, 130, sem);
+            ErrLine(kSource, 130, "Down: Can't perform down on semaphore %d", sem);
         else
-            std::fprintf(stderr, "Err (libsem    /%s:%d) Up: Can't perform up on semaphore %d\n", kFile, 178, sem);
+            ErrLine(kSource, 178, "Up: Can't perform up on semaphore %d", sem);
         CleanUp();
         return -1;
     }
@@ -54,7 +54,7 @@ int Step(int sem, int n, int flags, bool down) {
 int Semaphores(const int32_t* values, int count, int n) {
     int set = semget(IpcKey(n), count, IPC_CREAT | IPC_EXCL | 0777);
     if (set < 0) {
-        std::fprintf(stderr, "Err (libsem    /%s:%d) Semaphores: Unable to get semaphore id. (semget)\n", kFile, 49);
+        ErrLine(kSource, 49, "Semaphores: Unable to get semaphore id. (semget)");
         CleanUp();
         return -1;
     }
@@ -68,8 +68,7 @@ int Semaphores(const int32_t* values, int count, int n) {
         std::free(initial);
     }
     if (result != 0) {
-        std::fprintf(stderr, "Err (libsem    /%s:%d) Semaphores: Unable to initialize semaphores. (semctl)\n",
-                     kFile, 59);
+        ErrLine(kSource, 59, "Semaphores: Unable to initialize semaphores. (semctl)");
         CleanUp();
         return -1;
     }
@@ -81,7 +80,7 @@ int RemoveSems(int n) {
     if (set < 0) return set;
     int result = semctl(set, 0, IPC_RMID);
     if (result != 0)
-        std::fprintf(stderr, "Err (libsem    /%s:%d) RemoveSems: Unable to remove semaphores. (semctl)\n", kFile, 84);
+        ErrLine(kSource, 84, "RemoveSems: Unable to remove semaphores. (semctl)");
     return result;
 }
 

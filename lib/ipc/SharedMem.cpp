@@ -4,29 +4,27 @@
 #include <sys/ipc.h>
 #include <sys/shm.h>
 
-#include <cstdio>
 #include <cstring>
 
 #include "lib/ipc/CleanUp.h"
 #include "lib/ipc/IpcKey.h"
+#include "lib/ipc/MsgLine.h"
 
 namespace {
-constexpr const char* kFile = "SharedMem";
+constexpr MsgSource kSource{kTagShmem, "SharedMem"};
 void* const kShmFailed = reinterpret_cast<void*>(-1);
 }  // namespace
 
 void* SharedMem(size_t size, int n) {
     int segment = shmget(IpcKey(n), size, IPC_CREAT | 0777);
     if (segment < 0) {
-        std::fprintf(stderr, "Err (libshmem  /%s:%d) SharedMem: Unable to get memory segment id. (shmget)\n",
-                     kFile, 58);
+        ErrLine(kSource, 58, "SharedMem: Unable to get memory segment id. (shmget)");
         CleanUp();
         return nullptr;
     }
     void* address = shmat(segment, nullptr, 0);
     if (address == kShmFailed) {
-        std::fprintf(stderr, "Err (libshmem  /%s:%d) SharedMem: Unable to attach memory segment. (shmat)\n",
-                     kFile, 65);
+        ErrLine(kSource, 65, "SharedMem: Unable to attach memory segment. (shmat)");
         CleanUp();
         return nullptr;
     }
@@ -40,15 +38,13 @@ void* _CrShMem(size_t size, int n) { return SharedMem(size, n); }
 void* AttachMem(int n) {
     int segment = shmget(IpcKey(n), 0, 0);
     if (segment < 0) {
-        std::fprintf(stderr, "Err (libshmem  /%s:%d) AttachMem: Unable to get memory segment id. (shmget)\n",
-                     kFile, 107);
+        ErrLine(kSource, 107, "AttachMem: Unable to get memory segment id. (shmget)");
         CleanUp();
         return nullptr;
     }
     void* address = shmat(segment, nullptr, 0);
     if (address == kShmFailed) {
-        std::fprintf(stderr, "Err (libshmem  /%s:%d) AttachMem: Unable to attach memory segment. (shmat)\n",
-                     kFile, 114);
+        ErrLine(kSource, 114, "AttachMem: Unable to attach memory segment. (shmat)");
         CleanUp();
         return nullptr;
     }
@@ -63,8 +59,7 @@ int RemoveMem(int n) {
     if (segment < 0) return segment;
     int result = shmctl(segment, IPC_RMID, nullptr);
     if (result != 0)
-        std::fprintf(stderr, "Err (libshmem  /%s:%d) RemoveMem: Unable to remove memory segment. (shmctl)\n",
-                     kFile, 150);
+        ErrLine(kSource, 150, "RemoveMem: Unable to remove memory segment. (shmctl)");
     return result;
 }
 
@@ -72,8 +67,7 @@ int _RmShMem(int n) { return RemoveMem(n); }
 
 int DetachMem(const void* address) {
     if (shmdt(address) != 0) {
-        std::fprintf(stderr, "Err (libshmem  /%s:%d) DetachMem: Unable to detach memory segment. (shmdt)\n",
-                     kFile, 167);
+        ErrLine(kSource, 167, "DetachMem: Unable to detach memory segment. (shmdt)");
         return -1;
     }
     return 0;

@@ -21,11 +21,12 @@
 
 #include "lib/ipc/Clock.h"
 #include "lib/ipc/IpcKey.h"
+#include "lib/ipc/MsgLine.h"
 #include "lib/ipc/Semaphore.h"
 
 namespace {
 
-constexpr char kSource[] = "log";
+constexpr MsgSource kSource{kTagLog, "log"};
 constexpr int kLineMounts = 1054;
 constexpr int kLineDocOpen = 1230;
 constexpr int kLineHddOpen = 1392;
@@ -50,7 +51,7 @@ uint32_t Get32(const uint8_t* p) {
 bool IsMounted(const char* dir) {
     int fd = open("/proc/mounts", O_RDWR);   // read-update, as the recorder has always opened it
     if (fd < 0) {
-        std::fprintf(stderr, "Err (liblog    /%s:%d) Can't open /proc/mounts\n", kSource, kLineMounts);
+        ErrLine(kSource, kLineMounts, "Can't open /proc/mounts");
         return false;
     }
     char line[kMountLineMax];
@@ -107,7 +108,7 @@ uint32_t AppendRecord(const char* path, const LogRecord* record, bool bFlash, in
     if (bFlash) RotateFlashLog(path);
     int fd = open(path, O_RDWR | O_APPEND | O_CREAT, 0666);
     if (fd < 0) {
-        std::fprintf(stderr, "Err (liblog    /%s:%d) Can't open log file \"%s\"\n", kSource, nLineOpen, path);
+        ErrLine(kSource, nLineOpen, "Can't open log file \"%s\"", path);
         return 1;
     }
     uint8_t bytes[kLogRecordSize];
@@ -119,43 +120,14 @@ uint32_t AppendRecord(const char* path, const LogRecord* record, bool bFlash, in
     return bOk ? 0 : 1;
 }
 
-enum LogRoute { kRouteFlash = 1, kRouteDisk = 2, kRouteBoth = kRouteFlash | kRouteDisk };
+constexpr uint8_t kLogStoreFlash = kLogStoreDoc | kLogStoreKey;
 
-int RouteOf(uint32_t type) {
-    switch (type) {
-        case 9: case 84: case 86: case 88:
-            return kRouteFlash;
-        case 30: case 31: case 32: case 33: case 34: case 35: case 36: case 37: case 38:
-        case 40: case 41: case 42: case 44: case 100: case 101:
-            return kRouteDisk;
-        default:
-            return kRouteBoth;
-    }
-}
-
+// Stores a record where its type's rule says: the flash log first, then the disk log. A failure
+// to write one destination does not stop the other.
 void Route(const LogRecord* record) {
-    int route = RouteOf(record->nType);
-    if (route & kRouteFlash) LoggerToDOC(record);
-    if (route & kRouteDisk) LoggerToHDD(record);
-}
-
-// Number of leading arguments a plain-number type copies into nParam; -1 for the other types.
-int NumberArgs(uint32_t type) {
-    switch (type) {
-        case 10: case 14: case 18: case 24: case 25: case 26: case 27: case 51: case 60:
-        case 70: case 72: case 84: case 86: case 88: case 90:
-            return 1;
-        case 9: case 50: case 100:
-            return 2;
-        case 101:
-            return 3;
-        case 30: case 32: case 33: case 34: case 35: case 36: case 37: case 39:
-            return 4;
-        case 38:
-            return 5;
-        default:
-            return -1;
-    }
+    const uint8_t yStore = LogRuleOf(record->nType).yStore;
+    if (yStore & kLogStoreFlash) LoggerToDOC(record);
+    if (yStore & kLogStoreDisk) LoggerToHDD(record);
 }
 
 // One record per set bit of mask, lowest first; nParam[0] is the bit's mask or its 1-based number.
@@ -189,15 +161,6 @@ void LogRecordFromBytes(const uint8_t bytes[kLogRecordSize], LogRecord* record) 
     for (int i = 0; i < 5; ++i) record->nParam[i] = Get32(bytes + 12 + 4 * i);
 }
 
-bool LogTypeHasText(uint32_t type) {
-    switch (type) {
-        case 0: case 8: case 12: case 16: case 31: case 64: case 102:
-            return true;
-        default:
-            return false;
-    }
-}
-
 void LogRecordSetText(LogRecord* record, const char* text) {
     std::memset(record->nParam, 0, sizeof record->nParam);
     if (text == nullptr) return;
@@ -222,8 +185,8 @@ int LogScanDaily(const char* dir, struct dirent*** list) {
     return scandir(dir, list, isDaily, byName);
 }
 
-uint32_t LeaveUpLog(ShareUpHistory* block) {
-    uint32_t now = static_cast<uint32_t>(std::time(nullptr));
+uint32_t LeaveUpLog(LogUpHistory* block) {
+    const uint32_t now = GetWallTime().dwTime;
     if (block == nullptr) return now;
     for (int i = kUpHistoryDepth - 1; i > 0; --i) {
         block->adwUptime[i] = block->adwUptime[i - 1];
@@ -239,41 +202,41 @@ void LogWrite(uint32_t type, ...) {
     LogRecord record{};
     record.nMagic = kLogMagic;
     record.nType = type;
-    record.tTime = static_cast<uint32_t>(std::time(nullptr));
+    record.tTime = GetWallTime().dwTime;
 
+    const LogTypeRule rule = LogRuleOf(type);
     va_list ap;
     va_start(ap, type);
-    switch (type) {
-        case 0: case 31: case 64: case 102:
+    switch (rule.eFields) {
+        case LogFields::None:
+            break;
+        case LogFields::Numbers:
+            for (int i = 0; i < rule.nNumbers; ++i) record.nParam[i] = va_arg(ap, uint32_t);
+            break;
+        case LogFields::Text:
             LogRecordSetText(&record, va_arg(ap, const char*));
             break;
-        case 1: case 3: case 5:
-            record.tTime = va_arg(ap, uint32_t);   // the caller's time of the event
+        case LogFields::EventTime:
+            record.tTime = va_arg(ap, uint32_t);
             break;
-        case 8:
+        case LogFields::EventTimeText:
             record.tTime = va_arg(ap, uint32_t);
             LogRecordSetText(&record, va_arg(ap, const char*));
             break;
-        case 12: case 16:
-            (void)va_arg(ap, uint32_t);            // accepted and discarded
+        case LogFields::SkipText:
+            (void)va_arg(ap, uint32_t);
             LogRecordSetText(&record, va_arg(ap, const char*));
             break;
-        case 6: case 7:
-            RouteBits(&record, va_arg(ap, uint32_t), true);
+        case LogFields::BitMasks:
+        case LogFields::BitNumbers:
+            RouteBits(&record, va_arg(ap, uint32_t), rule.eFields == LogFields::BitMasks);
             va_end(ap);
             return;
-        case 40: case 41: case 42:
-            RouteBits(&record, va_arg(ap, uint32_t), false);
-            va_end(ap);
-            return;
-        case 44: {
-            uint32_t channel = va_arg(ap, uint32_t);
+        case LogFields::Channel: {
+            const uint32_t channel = va_arg(ap, uint32_t);
             record.nParam[0] = channel == 255 ? 0 : channel + 1;
             break;
         }
-        default:
-            for (int i = 0; i < NumberArgs(type); ++i) record.nParam[i] = va_arg(ap, uint32_t);
-            break;
     }
     va_end(ap);
     Route(&record);
@@ -292,7 +255,7 @@ uint32_t LoggerToHDD(const LogRecord* record) {
 
 uint32_t LoggerToDOC(const LogRecord* record) {
     if (record == nullptr) return 1;
-    const char* path = record->nType == 9 ? kLogKeyFile : kLogDocFile;
+    const char* path = (LogRuleOf(record->nType).yStore & kLogStoreKey) != 0 ? kLogKeyFile : kLogDocFile;
     if (!IsMounted(kLogDocDir)) return 1;
     return AppendRecord(path, record, true, kLineDocOpen);
 }
@@ -309,7 +272,7 @@ uint32_t DeleteLOGFile(int year, int month, int day) {
         if (!bPast) {
             char path[300];
             std::snprintf(path, sizeof path, "%s/%s", kLogDiskDir, list[i]->d_name);
-            if (unlink(path) == 0) std::fprintf(stderr, "Info(liblog    ) LOG filename to delete : %s\n", path);
+            if (unlink(path) == 0) InfoLine(kSource, "LOG filename to delete : %s", path);
         }
         std::free(list[i]);
     }

@@ -3,8 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "core/share_block.h"
-
 constexpr uint32_t kLogMagic = 0x44474F4C;   // "LOGD" in file order
 constexpr int kLogRecordSize = 32;
 constexpr int kLogTextMax = 19;              // characters of a text record (bytes 12..30)
@@ -38,11 +36,38 @@ struct LogSearchList {
     uint32_t nRoom;
 };
 
+// What a type's record holds, as LogWrite fills it from its arguments a1, a2, ... (all 32-bit).
+enum class LogFields : uint8_t {
+    None,            // no parameters
+    Numbers,         // nParam[0 .. nNumbers-1] = a1 ..
+    Text,            // the text of the string a1
+    EventTime,       // tTime = a1 (the caller's time of the event), no parameters
+    EventTimeText,   // tTime = a1, the text of the string a2
+    SkipText,        // a1 accepted and discarded, the text of the string a2
+    BitMasks,        // one record per set bit i of a1, lowest first: nParam[0] = 1 << i
+    BitNumbers,      // one record per set bit i of a1, lowest first: nParam[0] = i + 1
+    Channel,         // nParam[0] = a1 + 1, except that a1 = 255 gives 0
+};
+// Where a type's records are stored.
+enum LogStore : uint8_t {
+    kLogStoreDoc = 1,    // the rotating flash log mdvr.log
+    kLogStoreKey = 2,    // the rotating flash log key.log
+    kLogStoreDisk = 4,   // the daily disk log
+};
+struct LogTypeRule {
+    LogFields eFields;
+    uint8_t nNumbers;   // LogFields::Numbers: how many arguments are kept
+    uint8_t yStore;     // LogStore bits; the flash log is written before the disk log
+};
+// The rule of a type code; every code has one (codes without a rule of their own carry no
+// parameters and go to mdvr.log and the disk).
+LogTypeRule LogRuleOf(uint32_t type);
+
 // Record files of the recorder.
 constexpr char kLogDiskDir[] = "/mnt/pos";            // daily "%04d%02d%02d.log"
 constexpr char kLogDocDir[] = "/mnt/doc";
-constexpr char kLogDocFile[] = "/mnt/doc/mdvr.log";   // every type but 9, rotating
-constexpr char kLogKeyFile[] = "/mnt/doc/key.log";    // type 9, rotating
+constexpr char kLogDocFile[] = "/mnt/doc/mdvr.log";   // rotating
+constexpr char kLogKeyFile[] = "/mnt/doc/key.log";    // rotating, the key types (kLogStoreKey)
 constexpr long kLogRotateSize = 6400;                 // a flash file this long is rotated first
 constexpr int kLogRotateCopies = 9;                   // numbered copies ".1" .. ".9"
 constexpr int kLogSemaphore = 1;                      // of set 47, guards every log file access
@@ -69,16 +94,26 @@ int LogScanDaily(const char* dir, struct dirent*** list);
 // so the parameter words hold them packed little-endian.
 void LogRecordToBytes(const LogRecord* record, uint8_t bytes[kLogRecordSize]);
 void LogRecordFromBytes(const uint8_t bytes[kLogRecordSize], LogRecord* record);
-// Types whose parameter area is text: 0, 8, 12, 16, 31, 64, 102.
-bool LogTypeHasText(uint32_t type);
 // Stores the first 19 characters of text (null = empty) NUL-padded into the parameter area.
 void LogRecordSetText(LogRecord* record, const char* text);
 // Copies the text of the parameter area into out, NUL-terminated.
 void LogRecordText(const LogRecord* record, char out[kLogTextMax + 1]);
 
+// History of a process's starts, newest first (84 bytes). The recorder keeps it in its shared
+// system block; this library only updates it in place.
+constexpr int kUpHistoryDepth = 10;
+struct LogUpHistory {
+    uint32_t nStarts;
+    uint32_t adwUptime[kUpHistoryDepth];   // uptime in seconds at each start
+    uint32_t adwTime[kUpHistoryDepth];     // wall-clock time at each start
+};
+static_assert(sizeof(LogUpHistory) == 84);
+static_assert(offsetof(LogUpHistory, adwUptime) == 4);
+static_assert(offsetof(LogUpHistory, adwTime) == 44);
+
 // Records this start in the history: shifts both arrays, stores uptime and time at entry 0,
 // counts the start. Returns the time stored.
-uint32_t LeaveUpLog(ShareUpHistory* block);
+uint32_t LeaveUpLog(LogUpHistory* block);
 
 // Builds the record(s) of one event and routes each to the flash log, the disk log or both.
 // Arguments are 32-bit values or string pointers, as the type requires.

@@ -10,9 +10,11 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "lib/ipc/MsgLine.h"
+
 namespace {
 
-constexpr char kSource[] = "log";
+constexpr MsgSource kSource{kTagLog, "log"};
 // Line numbers of the reader's two messages (the writer's lie below 1400).
 constexpr int kLineNotAligned = 1610;
 constexpr int kLineBadMagic = 1622;
@@ -47,7 +49,7 @@ bool Append(LogSearchList* result, const char* name, uint32_t index, const LogRe
 uint32_t ReadOpenFile(int fd, const char* path, LogSearchList* result) {
     struct stat st;
     if (fstat(fd, &st) == 0 && st.st_size % kLogRecordSize != 0)
-        std::fprintf(stderr, "Err (liblog    /%s:%d) LOG file size is not aligned\n", kSource, kLineNotAligned);
+        ErrLine(kSource, kLineNotAligned, "LOG file size is not aligned");
     const char* slash = std::strrchr(path, '/');
     const char* name = slash ? slash + 1 : path;
     uint8_t bytes[kLogRecordSize];
@@ -55,7 +57,7 @@ uint32_t ReadOpenFile(int fd, const char* path, LogSearchList* result) {
         LogRecord record;
         LogRecordFromBytes(bytes, &record);
         if (record.nMagic != kLogMagic) {
-            std::fprintf(stderr, "Err (liblog    /%s:%d) Invalid log magic code detected\n", kSource, kLineBadMagic);
+            ErrLine(kSource, kLineBadMagic, "Invalid log magic code detected");
             continue;
         }
         if (!Append(result, name, index, record)) return 1;
@@ -105,4 +107,35 @@ uint32_t LogReadDaily(const char* dir, bool bLock, LogSearchList* result) {
     }
     std::free(list);
     return 0;
+}
+
+void LogDescribeParams(const LogRecord& record, char* out, size_t size) {
+    if (size == 0) return;
+    out[0] = '\0';
+    const LogTypeRule rule = LogRuleOf(record.nType);
+    int nWords = 0;
+    switch (rule.eFields) {
+        case LogFields::Text:
+        case LogFields::EventTimeText:
+        case LogFields::SkipText: {
+            char text[kLogTextMax + 1];
+            LogRecordText(&record, text);
+            std::snprintf(out, size, "\"%s\"", text);
+            return;
+        }
+        case LogFields::Numbers:
+            nWords = rule.nNumbers;
+            break;
+        case LogFields::BitMasks:
+        case LogFields::BitNumbers:
+        case LogFields::Channel:
+            nWords = 1;
+            break;
+        case LogFields::None:
+        case LogFields::EventTime:
+            break;
+    }
+    size_t used = 0;
+    for (int i = 0; i < nWords && used < size; ++i)
+        used += static_cast<size_t>(std::snprintf(out + used, size - used, i > 0 ? " %u" : "%u", record.nParam[i]));
 }

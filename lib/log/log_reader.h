@@ -4,6 +4,7 @@
 // bLock takes the log semaphore around each file: use it for the recorder's live files, which
 // other processes append to; an offline copy needs no lock.
 #pragma once
+#include <cstddef>
 #include <cstdint>
 
 #include "lib/log/log.h"
@@ -15,3 +16,8 @@ uint32_t LogReadFile(const char* path, bool bLock, LogSearchList* result);
 uint32_t LogReadSeries(const char* base, bool bLock, LogSearchList* result);
 // Appends every daily log file of dir in date order. 1 when dir cannot be listed.
 uint32_t LogReadDaily(const char* dir, bool bLock, LogSearchList* result);
+
+// The parameter area of a record as its type's rule fills it: the text in double quotes for a
+// text type, else the parameters the type sets as decimal numbers separated by blanks (nothing
+// for a type without parameters). Cut to size bytes, the NUL included.
+void LogDescribeParams(const LogRecord& record, char* out, size_t size);

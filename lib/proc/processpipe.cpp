@@ -15,9 +15,11 @@
 #include <cstring>
 #include <initializer_list>
 
+#include "lib/ipc/MsgLine.h"
+
 namespace {
 
-constexpr const char* kFile = "processpipe";
+constexpr MsgSource kSource{kTagProc, "processpipe"};
 constexpr int kMaxWords = 32;            // word slots of a split command line
 constexpr size_t kPathSize = 1024;       // program path taken from the first word
 constexpr size_t kCommandSize = 128;     // formatted commands: 127 characters and the NUL
@@ -59,7 +61,7 @@ int OpenPipes(Pipes& p, bool bStderr) {
     for (int* ends : {p.in, p.out, bStderr ? p.err : nullptr}) {
         if (ends == nullptr) continue;
         if (pipe(ends) != 0) {
-            std::fprintf(stderr, "Err (libproc   /%s:%d) pipe error\n", kFile, 1276);
+            ErrLine(kSource, 1276, "pipe error");
             ClosePipes(p);
             return -1;
         }
@@ -73,20 +75,20 @@ int OpenPipes(Pipes& p, bool bStderr) {
 // the child with status 0.
 [[noreturn]] void RunChild(const Pipes& p, const char* path, char* const argv[], const ChildLines& lines) {
     if (p.in[0] >= 0 && dup2(p.in[0], STDIN_FILENO) < 0)
-        std::fprintf(stderr, "Err (libproc   /%s:%d) dup2 error on stdin\n", kFile, lines.nStdin);
+        ErrLine(kSource, lines.nStdin, "dup2 error on stdin");
     if (p.out[1] >= 0 && dup2(p.out[1], STDOUT_FILENO) < 0)
-        std::fprintf(stderr, "Err (libproc   /%s:%d) dup2 error on stdout\n", kFile, lines.nStdout);
+        ErrLine(kSource, lines.nStdout, "dup2 error on stdout");
     if (p.err[1] >= 0 && dup2(p.err[1], STDERR_FILENO) < 0)
-        std::fprintf(stderr, "Err (libproc   /%s:%d) dup2 error on stderr\n", kFile, lines.nStderr);
+        ErrLine(kSource, lines.nStderr, "dup2 error on stderr");
     execv(path, argv);
-    std::fprintf(stderr, "Err (libproc   /%s:%d) execv error\n", kFile, lines.nExec);
+    ErrLine(kSource, lines.nExec, "execv error");
     _exit(0);
 }
 
 pid_t Start(const char* path, char* const argv[], const Pipes& p, const ChildLines& lines) {
     pid_t pid = fork();
     if (pid < 0) {
-        std::fprintf(stderr, "Err (libproc   /%s:%d) fork error\n", kFile, 1278);
+        ErrLine(kSource, 1278, "fork error");
         return -1;
     }
     if (pid == 0) RunChild(p, path, argv, lines);
@@ -229,8 +231,8 @@ int StripLineEnd(char* buffer, int length) {
 
 int CheckProcessArgument(int argc, char** argv) {
     if (argc > 1) return 0;
-    std::fprintf(stderr, "Err (libproc   /%s:%d) \"%s\" process must be executed by monitor process.\n", kFile,
-                 1021, argc > 0 && argv != nullptr && argv[0] != nullptr ? argv[0] : "");
+    ErrLine(kSource, 1021, "\"%s\" process must be executed by monitor process.",
+            argc > 0 && argv != nullptr && argv[0] != nullptr ? argv[0] : "");
     return 1;
 }
 
@@ -239,7 +241,7 @@ int GetProcessRunningCount(const char* name) { return ForEachPid(name, nullptr);
 int CheckProcessOverlap(const char* name) {
     int count = GetProcessRunningCount(name);
     if (count < 2) return 0;
-    std::fprintf(stderr, "Err (libproc   /%s:%d) Already Running \"%s\" Process. (%d)\n", kFile, 1005, name, count);
+    ErrLine(kSource, 1005, "Already Running \"%s\" Process. (%d)", name, count);
     return 1;
 }
 
@@ -254,7 +256,7 @@ int system_printf(const char* format, ...) {
     va_start(args, format);
     FormatCommand(command, format, args);
     va_end(args);
-    std::fprintf(stderr, "Info(libproc   ) CMD> %s\n", command);
+    InfoLine(kSource, "CMD> %s", command);
     return std::system(command);
 }
 
@@ -264,7 +266,7 @@ int ProcessRunFmt(const char* format, ...) {
     va_start(args, format);
     FormatCommand(command, format, args);
     va_end(args);
-    std::fprintf(stderr, "Info(libproc   ) RUN> %s\n", command);
+    InfoLine(kSource, "RUN> %s", command);
     return ProcessRun(command);
 }
 
@@ -333,7 +335,7 @@ pid_t ProcessPipeShell(int* out_fd, int* in_fd, const char* command) {
 int ProcessOutput(const char* command, char* buffer, size_t size) {
     FILE* pipe = popen(command, "r");
     if (pipe == nullptr) {
-        std::fprintf(stderr, "Err (libproc   /%s:%d) Can't run command \"%s\"\n", kFile, 327, command);
+        ErrLine(kSource, 327, "Can't run command \"%s\"", command);
         return 1;
     }
     CollectOutput(pipe, buffer, size);
@@ -344,7 +346,7 @@ int ProcessOutput(const char* command, char* buffer, size_t size) {
 int ProcessOutputWithExitCode(const char* command, char* buffer, size_t size) {
     FILE* pipe = popen(command, "r");
     if (pipe == nullptr) {
-        std::fprintf(stderr, "Err (libproc   /%s:%d) Can't run command \"%s\"\n", kFile, 372, command);
+        ErrLine(kSource, 372, "Can't run command \"%s\"", command);
         return 1;
     }
     CollectOutput(pipe, buffer, size);
@@ -362,14 +364,14 @@ int WaitProcess(pid_t pid, int options) {
         reaped = waitpid(pid, &status, options);
     } while (reaped < 0 && errno == EINTR);
     if (reaped > 0 && WIFEXITED(status)) return WEXITSTATUS(status);
-    std::fprintf(stderr, "Info(libproc   ) Process Terminated Abnormally : pid = %d, status = -1(%08x)\n",
-                 static_cast<int>(pid), static_cast<unsigned>(status));
+    InfoLine(kSource, "Process Terminated Abnormally : pid = %d, status = -1(%08x)", static_cast<int>(pid),
+             static_cast<unsigned>(status));
     return -1;
 }
 
 void ShowProcessFD(const char* label) {
     int self = static_cast<int>(getpid());
-    std::fprintf(stderr, "Info(libproc   ) %d ) %s\n", self, label != nullptr ? label : "");
+    InfoLine(kSource, "%d ) %s", self, label != nullptr ? label : "");
     char command[64];
     std::snprintf(command, sizeof command, "ls -xl /proc/%d/fd", self);
     int status = std::system(command);
@@ -389,7 +391,7 @@ int rebuild_cmdline(const char* cmdline, char* path, size_t path_size, char*** a
     const size_t length = std::strlen(cmdline);
     auto** words = static_cast<char**>(std::calloc(1, table + length + 1));
     if (words == nullptr) {
-        std::fprintf(stderr, "Err (libproc   /%s:%d) calloc error\n", kFile, 1277);
+        ErrLine(kSource, 1277, "calloc error");
         return -1;
     }
     char* text = reinterpret_cast<char*>(words) + table;
@@ -422,8 +424,7 @@ int rebuild_cmdline(const char* cmdline, char* path, size_t path_size, char*** a
         word[kept] = '\0';
         text += kept + 1;
         if (count == kMaxWords) {
-            std::fprintf(stderr, "Err (libproc   /%s:%d) Error: More than %d cmd arguments given\n", kFile, 1222,
-                         kMaxWords);
+            ErrLine(kSource, 1222, "Error: More than %d cmd arguments given", kMaxWords);
             break;
         }
         words[count++] = word;

@@ -1,4 +1,5 @@
-// Controllable clock for unit tests: replaces the real tick counter at link time.
+// Controllable clock for unit tests, linked in place of the process's clock (lib/ipc/Clock.cpp).
+// Each reading is the kernel's until a test sets it; UseReal returns all of them to the kernel.
 #pragma once
 #include <cstdint>
 
@@ -9,5 +10,6 @@ void AdvanceMs(uint32_t ms);       // moves the fake counter on by ms (at kHz ti
 void AdvanceTicks(uint32_t ticks);
 uint32_t Now();
 void SetUptime(uint32_t seconds);
-void UseReal();                    // back to the kernel's clock (the default)
+void SetWall(uint32_t seconds, uint32_t millis = 0);   // from now on GetWallTime() returns this
+void UseReal();                    // back to the kernel's clocks (the default)
 }  // namespace fakeclock

@@ -6,6 +6,16 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+
+namespace {
+constexpr double kQuietSeconds = 0.15;   // after the last byte wanted: room for one too many
+
+std::string Dump(const std::vector<uint8_t>& bytes) {
+    return bytes.empty() ? "(nothing)" : HexBytes(bytes.data(), bytes.size());
+}
+}  // namespace
+
 void SystemTest::SetUp() {
     ttyS0 = std::make_unique<SerialLine>("/dev/ttyS0");
     ttyS1 = std::make_unique<SerialLine>("/dev/ttyS1");
@@ -36,13 +46,74 @@ SerialLine& SystemTest::PtzLine() {
     return rec->Share().nPortAssign == kPortAssignPtzOnS0 ? *ttyS0 : *ttyS1;
 }
 
-std::vector<PtzFrame> SystemTest::CollectPtz(int ms, size_t count) {
-    std::vector<PtzFrame> frames;
+SystemTest::PtzBytes SystemTest::ReadPtz(int ms, const std::function<bool(const PtzBytes&)>& enough) {
+    PtzBytes line;
     const double tEnd = MonotonicSeconds() + ms / 1000.0;
-    while (MonotonicSeconds() < tEnd && frames.size() < count) {
-        for (const auto& c : PtzLine().Read(5))
-            for (auto& f : SplitPtzFrames(c, rec->Share())) frames.push_back(f);
+    double tQuietEnd = tEnd;
+    for (bool bEnough = false; MonotonicSeconds() < tQuietEnd;) {
+        for (const SerialChunk& c : PtzLine().Read(5)) {
+            line.abData.insert(line.abData.end(), c.abData.begin(), c.abData.end());
+            line.atArrival.insert(line.atArrival.end(), c.abData.size(), c.tSeconds);
+            line.asSetting.insert(line.asSetting.end(), c.abData.size(), c.sSetting);
+        }
         rec->Output(0);
+        if (!bEnough && enough(line)) {
+            bEnough = true;
+            tQuietEnd = std::min(tEnd, MonotonicSeconds() + kQuietSeconds);
+        }
+    }
+    return line;
+}
+
+PtzFrame SystemTest::FrameOf(const PtzBytes& line, size_t begin, size_t end) {
+    PtzFrame f{line.atArrival[end - 1], std::vector<uint8_t>(line.abData.begin() + begin, line.abData.begin() + end),
+               line.asSetting[end - 1], nullptr, {}};
+    const std::vector<PtzFrame> decoded = SplitPtzFrames(SerialChunk{0, f.abData, ""}, rec->Share());
+    if (decoded.size() == 1) {
+        f.ptProtocol = decoded[0].ptProtocol;
+        f.tText = decoded[0].tText;
+    }
+    return f;
+}
+
+std::vector<PtzFrame> SystemTest::ExpectPtz(const std::vector<std::vector<uint8_t>>& want, int ms) {
+    std::vector<uint8_t> wanted;
+    for (const std::vector<uint8_t>& w : want) wanted.insert(wanted.end(), w.begin(), w.end());
+    const PtzBytes line = ReadPtz(ms, [&](const PtzBytes& l) { return !want.empty() && l.abData.size() >= wanted.size(); });
+    if (line.abData != wanted)
+        ADD_FAILURE() << "the PTZ line did not carry the bytes expected\n  expected: " << Dump(wanted)
+                      << "\n  received: " << Dump(line.abData);
+    std::vector<PtzFrame> frames;
+    for (size_t i = 0, end = 0; i < want.size() && end + want[i].size() <= line.abData.size(); ++i) {
+        frames.push_back(FrameOf(line, end, end + want[i].size()));
+        end += want[i].size();
+    }
+    return frames;
+}
+
+std::vector<PtzFrame> SystemTest::CollectPtz(int ms, size_t count) {
+    auto split = [&](const PtzBytes& l) {
+        std::vector<PtzFrame> frames;
+        size_t end = 0;
+        for (const PtzFrame& f : SplitPtzFrames(SerialChunk{0, l.abData, ""}, rec->Share())) {
+            frames.push_back(FrameOf(l, end, end + f.abData.size()));
+            end += f.abData.size();
+        }
+        return frames;
+    };
+    auto whole = [](const PtzFrame& f) { return f.ptProtocol != nullptr && !f.tText.bBadCheck; };
+    const PtzBytes line = ReadPtz(ms, [&](const PtzBytes& l) {
+        const std::vector<PtzFrame> frames = split(l);
+        return count != SIZE_MAX && static_cast<size_t>(std::count_if(frames.begin(), frames.end(), whole)) >= count;
+    });
+    const std::vector<PtzFrame> frames = split(line);
+    const bool bStray = !std::all_of(frames.begin(), frames.end(), whole);
+    if (bStray || (count != SIZE_MAX && frames.size() != count)) {
+        std::string dump;
+        for (const PtzFrame& f : frames) dump += "\n  " + Dump(f.abData) + "   " + f.Describe();
+        ADD_FAILURE() << "the PTZ line carried " << frames.size() << " frames"
+                      << (count != SIZE_MAX ? " where " + std::to_string(count) + " were expected" : "")
+                      << (bStray ? ", not all of them whole frames of a configured camera" : "") << ":" << dump;
     }
     return frames;
 }

@@ -3,6 +3,7 @@
 #pragma once
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -23,7 +24,14 @@ protected:
 
     // The line the PTZ cameras hang on (ttyS1 unless the port assignment says ttyS0).
     SerialLine& PtzLine();
-    // Frames seen on the PTZ line for ms milliseconds (or until count frames have arrived).
+    // Exactly the frames want, byte for byte, within ms milliseconds (nothing at all for an empty
+    // want): a missing, different or extra byte fails the case with a hex dump of both. Returns
+    // the frames received, each with the time and line setting of its last byte.
+    std::vector<PtzFrame> ExpectPtz(const std::vector<std::vector<uint8_t>>& want, int ms);
+    // For a number of frames not known in advance: the frames seen within ms milliseconds, or
+    // until count frames have arrived. A byte that is no frame of a configured camera (or one with
+    // a bad check), fewer frames than count or any byte after the count-th frame fails the case
+    // with a hex dump of each frame.
     std::vector<PtzFrame> CollectPtz(int ms, size_t count = SIZE_MAX);
 
     // A camera on a channel: model and address.
@@ -33,6 +41,20 @@ protected:
 
     std::unique_ptr<Recorder> rec;
     std::unique_ptr<SerialLine> ttyS0, ttyS1, ttyS4;
+
+private:
+    // Bytes of the PTZ line with the arrival time and line setting of each.
+    struct PtzBytes {
+        std::vector<uint8_t> abData;
+        std::vector<double> atArrival;
+        std::vector<std::string> asSetting;
+    };
+    // Reads the PTZ line for ms, or until enough() holds and a short quiet time more has passed
+    // (for a byte too many to show).
+    PtzBytes ReadPtz(int ms, const std::function<bool(const PtzBytes&)>& enough);
+    // The frame of bytes [begin, end), decoded by the configured cameras' protocols when one reads
+    // it whole.
+    PtzFrame FrameOf(const PtzBytes& line, size_t begin, size_t end);
 };
 
 std::vector<uint8_t> Bytes(std::initializer_list<int> list);

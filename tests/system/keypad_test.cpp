@@ -42,16 +42,16 @@ TEST_F(KeypadSystemTest, KeyPressAndReleaseReachMailboxTwo) {
     EXPECT_EQ(StopAndWait(), 0);
 }
 
-// On a Samsung SCC-641 (no proportional control) the joystick moves right, then stops once
-// centred; the camera frames leave at the camera's speed, not the keypad's.
+// On a Samsung SCC-641 (no proportional control) the joystick moves right at the camera's default
+// speed (5), then stops once centred; the camera frames leave at the camera's speed, not the
+// keypad's.
 TEST_F(KeypadSystemTest, JoystickMovesACameraWithoutProportionalControlAndStopsWhenCentred) {
     Start(4, 2);
-    for (const auto& [pan, cmd] : {std::pair{32, 17u}, std::pair{0, 49u}}) {
+    const auto right = Bytes({0xA0, 0xFE, 0x01, 0x01, 0x00, 0x02, 0x05, 0x05, 0xF3});
+    const auto stop = Bytes({0xA0, 0xFE, 0x01, 0x01, 0x00, 0x00, 0x00, 0x00, 0xFF});
+    for (const auto& [pan, cmd, frame] : {std::tuple{32, 17u, right}, std::tuple{0, 49u, stop}}) {
         Keys({Keypad1Joystick(1, 1, pan, 0)});
-        const auto frames = CollectPtz(500);
-        ASSERT_FALSE(frames.empty()) << pan;
-        for (const auto& f : frames)
-            EXPECT_TRUE(f.ptProtocol != nullptr && !f.tText.bBadCheck && f.sSetting == "9600 8N1") << f.Describe();
+        for (const auto& f : ExpectPtz({frame}, 500)) EXPECT_EQ(f.sSetting, "9600 8N1") << f.Describe();
         const SharePtzLastCmd& last = rec->Share().atPtzLastCmd[0];
         EXPECT_EQ(std::pair(last.nSource, last.nCmd), std::pair(128u, cmd));
     }

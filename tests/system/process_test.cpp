@@ -40,7 +40,7 @@ TEST_F(SystemTest, IgnoresUnknownCodesAndChannelsOutOfRange) {
     rec->Send(0x800001, 0xFFFFFFFF, 15, 8);   // nor does channel -1
     rec->Send(2);
     ASSERT_TRUE(rec->WaitFor(0x10004, 2000).has_value());
-    EXPECT_TRUE(CollectPtz(300).empty());
+    ExpectPtz({}, 300);
     EXPECT_EQ(StopAndWait(), 0);
 }
 
@@ -104,7 +104,7 @@ TEST_F(SystemTest, StartUpHistoryKeepsTheLastTenStarts) {
         ASSERT_TRUE(StartAndWait()) << "start " << i;
         ASSERT_EQ(StopAndWait(), 0);
     }
-    const ShareUpHistory& h = rec->Share().tUpHistory;
+    const LogUpHistory& h = rec->Share().tUpHistory;
     EXPECT_EQ(h.nStarts, 11u);
     for (int i = 0; i < kUpHistoryDepth; ++i) {
         EXPECT_GE(h.adwTime[i], tBefore) << i;
@@ -117,7 +117,7 @@ TEST_F(SystemTest, StartUpHistoryKeepsTheLastTenStarts) {
 }
 
 TEST_F(SystemTest, StartUpHistoryShiftsOldestOut) {
-    ShareUpHistory& h = rec->Share().tUpHistory;
+    LogUpHistory& h = rec->Share().tUpHistory;
     h.nStarts = 30;
     for (int i = 0; i < kUpHistoryDepth; ++i) {
         h.adwUptime[i] = 100 + static_cast<uint32_t>(i);

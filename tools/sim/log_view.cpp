@@ -5,20 +5,17 @@
 
 #include "lib/log/log_reader.h"
 
+void PrintLogHeader() { std::printf("%-20s %6s  %-19s  %4s  %s\n", "FILE", "INDEX", "TIME", "TYPE", "PARAMETERS"); }
+
 void PrintLogItem(const LogSearchItem& item) {
     const LogRecord& r = item.tData;
     time_t t = static_cast<time_t>(r.tTime);
     struct tm local;
     char when[32] = "?";
     if (localtime_r(&t, &local) != nullptr) std::strftime(when, sizeof when, "%Y-%m-%d %H:%M:%S", &local);
-    std::printf("%-20s %6u  %s  %4u  ", item.sFile, item.nIndex, when, r.nType);
-    if (LogTypeHasText(r.nType)) {
-        char text[kLogTextMax + 1];
-        LogRecordText(&r, text);
-        std::printf("\"%s\"\n", text);
-    } else {
-        std::printf("%u %u %u %u %u\n", r.nParam[0], r.nParam[1], r.nParam[2], r.nParam[3], r.nParam[4]);
-    }
+    char params[64];
+    LogDescribeParams(r, params, sizeof params);
+    std::printf("%-20s %6u  %s  %4u  %s\n", item.sFile, item.nIndex, when, r.nType, params);
 }
 
 uint32_t PrintRecorderLogs() {
@@ -26,7 +23,7 @@ uint32_t PrintRecorderLogs() {
     LogReadDaily(kLogDiskDir, true, &list);
     LogReadSeries(kLogDocFile, true, &list);
     LogReadSeries(kLogKeyFile, true, &list);
-    std::printf("%-20s %6s  %-19s  %4s  %s\n", "FILE", "INDEX", "TIME", "TYPE", "PARAMETERS");
+    PrintLogHeader();
     for (uint32_t k = 0; k < list.nCount; ++k) PrintLogItem(list.ptItem[k]);
     const uint32_t n = list.nCount;
     LogReadAck(&list);

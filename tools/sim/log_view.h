@@ -2,7 +2,9 @@
 #pragma once
 #include "lib/log/log.h"
 
-// One row: file, index, local time, type, then the text or the five parameters.
+// The column titles, then one row per record: file, index, local time, type, and the text or the
+// parameters its type sets.
+void PrintLogHeader();
 void PrintLogItem(const LogSearchItem& item);
 // Every record of the recorder's logs: the daily disk logs, then the flash series (oldest first).
 // Reads under the log semaphore, as the recorder's writers use it. Returns the number printed.

@@ -10,6 +10,7 @@
 #include "core/ptz_cntl.h"
 #include "ktt/ktt_data.h"
 #include "lib/ipc/MessageQueue.h"
+#include "tests/support/fake_clock.h"
 #include "tests/support/pty_pair.h"
 #include "tests/support/test_share.h"
 #include "tests/unit/log/log_test_util.h"
@@ -68,11 +69,14 @@ TEST(KttPort, EchoModelLineAndClose) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "Err (ptz_cntl  /ktt_data:76) Can't open keypad port\n");
 }
 
-// Log files and semaphores as for the log tests, a shared block in custom mode 4, an empty queue.
+// Log files and semaphores as for the log tests, a shared block in custom mode 4, an empty queue,
+// the clock at kNow.
 class KttQueue : public logtest::LogTest {
 protected:
+    static constexpr uint32_t kNow = 1700000000;
     void SetUp() override {
         LogTest::SetUp();
+        fakeclock::SetWall(kNow);
         ResetTestShare()->nVariant = kVariantKtt;
         ptShare->nKttEventEnable = 1;
     }
@@ -106,7 +110,10 @@ TEST_F(KttQueue, WhatIsQueuedAndLogged) {
         if (c.queued) queued.emplace_back(c.code, i, c.target);
         if (c.logged) logged.push_back({kKttLogType, (c.code >> 16) & 0xFF, (c.code >> 8) & 0xFF});
     }
-    KTTMessage(0x108, 0x1234, 2);   // the link's message entry: class and sub-code are the low bytes
+    ptShare->nVariant = kVariantKtt;
+    ptShare->nKttEventEnable = 1;
+    KTTMessage(0x108, 0x1234, 2);   // the link's message entry: class and sub-code are the low bytes, stamped now
+    queued.emplace_back(0x083400, kNow, 2);
     logged.push_back({kKttLogType, 8, 0x34});
     EXPECT_EQ(Drain(), queued);
     for (const LogRecord& r : logtest::ReadRecords(kLogDiskDir)) onDisk.push_back({r.nType, r.nParam[0], r.nParam[1]});

@@ -4,9 +4,9 @@
 #include <sys/wait.h>
 
 #include <array>
-#include <ctime>
 
 #include "lib/log/log_reader.h"
+#include "tests/support/fake_clock.h"
 #include "tests/unit/log/log_test_util.h"
 
 namespace {
@@ -16,6 +16,7 @@ using Item = std::tuple<std::string, uint32_t, uint32_t>;   // file, index, firs
 
 enum Dest { kDoc = 1, kKey = 2, kDisk = 4, kBoth = kDoc | kDisk };
 constexpr uint32_t kGiven = 1588334400;   // a caller-supplied event time: 2020-05-01 12:00:00 UTC
+constexpr uint32_t kNow = 1700000000;     // the clock while a record is written
 constexpr char kLong[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZ";
 
 std::string Copy(const char* base, int n) { return std::string(base) + "." + std::to_string(n); }
@@ -51,18 +52,16 @@ const WriteCase kCases[] = {
 TEST_F(LogTest, EveryTypeBuildsAndRoutes) {
     for (const WriteCase& c : kCases) {
         LogTest::SetUp();
-        const uint32_t before = static_cast<uint32_t>(std::time(nullptr));
+        fakeclock::SetWall(kNow, 999);
         const Params& a = c.args;
         if (c.text == nullptr) LogWrite(c.type, a[0], a[1], a[2], a[3], a[4]);
         else if (a[0] != 0) LogWrite(c.type, a[0], c.text);
         else LogWrite(c.type, c.text);
-        const uint32_t after = static_cast<uint32_t>(std::time(nullptr));
         for (auto [dest, path] : {std::pair{kDoc, kLogDocFile}, {kKey, kLogKeyFile}, {kDisk, kLogDiskDir}}) {
             const std::vector<LogRecord> got = ReadRecords(path);
             ASSERT_EQ(got.size(), (c.dest & dest) ? c.want.size() : 0u) << "type " << c.type << " in " << path;
             for (size_t i = 0; i < got.size(); ++i) {
-                // "now" is any time from before to after the call
-                LogRecord want{kLogMagic, a[0] == kGiven ? kGiven : std::clamp(got[i].tTime, before, after), c.type, {}};
+                LogRecord want{kLogMagic, a[0] == kGiven ? kGiven : kNow, c.type, {}};
                 std::copy(c.want[i].begin(), c.want[i].end(), want.nParam);
                 if (c.text != nullptr) LogRecordSetText(&want, c.text);   // its packing is checked below
                 EXPECT_EQ(Words(got[i]), Words(want)) << "type " << c.type << " in " << path << ", record " << i;
@@ -174,5 +173,21 @@ TEST_F(LogTest, Reader) {
     LogReadAck(&list);
     EXPECT_EQ(items, (std::vector<Item>{{"a.log", 0, 0}, {"a.log", 2, 2}, {"a.log", 3, 3}, {"mdvr.log.3", 0, 3}, {"mdvr.log.3", 1, 4},
                                         {"mdvr.log.1", 0, 1}, {"mdvr.log", 0, 0}, {"20240430.log", 0, 430}, {"20240502.log", 0, 52}}));
+}
+
+// The reader shows what a record's type holds: its text, the parameters the type sets, or none.
+TEST(LogDescribe, ShowsTheFieldsOfTheType) {
+    const std::pair<uint32_t, const char*> rows[] = {{64, "\"DOOR 7\""}, {12, "\"DOOR 7\""}, {101, "1 2 3"}, {38, "1 2 3 4 5"},
+                                                     {9, "1 2"}, {40, "1"}, {44, "1"}, {1, ""}, {43, ""}, {200, ""}};
+    for (const auto& [type, want] : rows) {
+        LogRecord r{kLogMagic, 0, type, {1, 2, 3, 4, 5}};
+        if (want[0] == '"') LogRecordSetText(&r, "DOOR 7");
+        char got[64];
+        LogDescribeParams(r, got, sizeof got);
+        EXPECT_STREQ(got, want) << type;
+    }
+    char cut[4];
+    LogDescribeParams(LogRecord{kLogMagic, 0, 38, {123, 456}}, cut, sizeof cut);
+    EXPECT_STREQ(cut, "123");
 }
 }  // namespace

@@ -1,19 +1,11 @@
 // The record builders but Geniron: the line protocols (AVE VSI-Pro and Hydra, TVC 2066D, Atop,
 // WSI Inspector, the general TCP/UDP protocol, the KTT CDMA entry), the Friendly Info ATM journal
-// and the APER Chomguard packets. Also the record clock of the test program, linked in place of the
-// library's wall clock.
+// and the APER Chomguard packets.
 #include <array>
 #include <numeric>
 #include <vector>
 
 #include "tests/unit/pos/pos_test_util.h"
-
-static PosTimeb tNow{postest::kT0, 129};
-PosTimeb PosClockRead() { return tNow; }
-void postest::SetClock(uint32_t dwSeconds, uint32_t nMillis) { tNow = PosTimeb{dwSeconds, nMillis}; }
-std::string postest::Stamp() {
-    return std::to_string(tNow.dwTime) + "." + std::to_string(tNow.nMillitm / 100) + std::to_string(tNow.nMillitm / 10 % 10);
-}
 
 namespace {
 struct LineCase { PosProcCmdFn fn; std::string sInput, sExpected; };   // "@": "seconds.hh"; "": no record
@@ -33,7 +25,7 @@ const LineCase kCases[] = {
     // AVE Hydra: an unsigned register byte, then the VSI-Pro rules on at most 127 characters
     {ProcCmd_AVE_Hydra, "\xC8" "COLA 1.20\n", "AVEHYD|@|200|ITEM|COLA|1.20|#\n"},
     {ProcCmd_AVE_Hydra, std::string(1, '\0') + "X\n", "AVEHYD|@|00|ERR2|X||#\n"},
-    {ProcCmd_AVE_Hydra, "\x01" + std::string(127, 'B') + "\n", ""},
+    {ProcCmd_AVE_Hydra, '\x01' + std::string(127, 'B') + '\n', ""},
     // TVC 2066D: terminal number from field 0, fields 1-4 by tabs; missing fields recorded empty
     {ProcCmd_TVC_2066D, "12AB\tCOLA\t1.20\t3.60\tC1\n", "TVC|@|12|COLA|1.20|3.60|C1|#\n"},
     {ProcCmd_TVC_2066D, " 7\tA\tB\tC\tD\tE\n", "TVC|@|07|A|B|C|D\tE|#\n"},
@@ -115,6 +107,7 @@ std::string Sums(const char* w, int s, int d) { return Dbg(w + (" checksum misma
 // The buffer lives for the whole process: noise that overfills it (the oldest bytes are dropped)
 // and one packet empty it first.
 TEST(Aper, Reassembly) {
+    postest::SetClock(postest::kT0);
     const std::string kDoor = Packet(3, 7, 42, "door open"), sDoor = Rec("3|7|00042|DOOR OPEN"), kMore = Dbg("Need more data in buffer\n");
     const size_t nL = kDoor.size() - 10;
     const int yData = static_cast<uint8_t>(kDoor[7 + nL]), yTransport = static_cast<uint8_t>(kDoor[8 + nL]);

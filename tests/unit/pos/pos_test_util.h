@@ -1,5 +1,5 @@
-// Shared by the text-insertion tests: a controllable record clock, a builder call shaped like the
-// polling read's, and captured standard error.
+// Shared by the text-insertion tests: the record clock set through the test clock, a builder call
+// shaped like the polling read's, and captured standard error.
 #pragma once
 #include <algorithm>
 #include <string>
@@ -8,11 +8,16 @@
 
 #include "pos/pos_model.h"
 #include "pos/sm_common.h"
+#include "tests/support/fake_clock.h"
 
 namespace postest {
 constexpr uint32_t kT0 = 1700000000;   // 2023-11-14 22:13:20 UTC
-void SetClock(uint32_t dwSeconds, uint32_t nMillis = 129);
-std::string Stamp();                    // "seconds.hh" of the clock as set
+inline void SetClock(uint32_t dwSeconds, uint32_t nMillis = 129) { fakeclock::SetWall(dwSeconds, nMillis); }
+// "seconds.hh" of the clock as set.
+inline std::string Stamp() {
+    const WallTime t = GetWallTime();
+    return std::to_string(t.dwTime) + "." + std::to_string(t.nMillitm / 100) + std::to_string(t.nMillitm / 10 % 10);
+}
 
 // Calls a builder with at most 256 bytes, as one read, and returns the record text ("" for none),
 // checking that it is at most 126 characters in 128 zero-filled bytes and carries the returned time.

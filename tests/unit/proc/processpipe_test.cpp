@@ -26,10 +26,13 @@ std::string ReadAll(int fd) {
 // the stop at 32 words with a null-terminated array.
 TEST(Proc, CommandLineSplitting) {
     std::string many;
-    for (int i = 0; i < 34; ++i) many += " w" + std::to_string(i);
     std::vector<std::string> first32;
-    for (int i = 0; i < 32; ++i) first32.push_back("w" + std::to_string(i));
-    const std::string longName(1500, 'p');
+    for (int i = 0; i < 34; ++i) {
+        const std::string word = 'w' + std::to_string(i);
+        many += ' ' + word;
+        if (i < 32) first32.push_back(word);
+    }
+    const std::string longName(1500, 'p'), longPath = '/' + longName;
     const struct { std::string cmdline, path; std::vector<std::string> words; } cases[] = {
         {"/bin/sh -c \"a b\"", "/bin/sh", {"sh", "-c", "a b"}}, {"  ls   -l  ", "ls", {"ls", "-l"}},
         {"/usr/local/bin/tool x\r\n", "/usr/local/bin/tool", {"tool", "x"}},
@@ -37,7 +40,7 @@ TEST(Proc, CommandLineSplitting) {
         {"p \\\"x y\\\" a\\ b", "p", {"p", "\"x", "y\"", "a b"}},
         {"p \"\" \"  in \" \t x\t", "p", {"p", "in", "x"}},
         {"p\\t", "p\t", {"p\t"}}, {"", "", {}},
-        {"/" + longName, "/" + longName.substr(0, 1022), {longName}},
+        {longPath, longPath.substr(0, 1023), {longName}},
         {many, "w0", first32},
     };
     CaptureStderr();
