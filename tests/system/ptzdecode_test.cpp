@@ -1,6 +1,5 @@
 // The wire decoder as installers run it: a pasted capture, a raw one, a live line (a pseudo-
 // terminal here), and what it says to a wrong command line.
-#include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
 #include <stdlib.h>
@@ -12,41 +11,30 @@
 #include <string>
 #include <vector>
 
+#include "lib/proc/processpipe.h"
 #include "tests/support/pty_pair.h"
 #include "tests/system/harness.h"
 
 namespace {
 
-// ptzdecode started with arguments and standard input: its standard output collected as it
-// comes, its standard error in a file.
+// ptzdecode started, through the process library, with arguments and standard input; its
+// standard output collected as it comes, its standard error at the end.
 class Tool {
 public:
     Tool(const std::vector<std::string>& args, const std::string& sInput) {
-        int in[2], out[2];
-        if (pipe2(in, O_CLOEXEC) != 0 || pipe2(out, O_CLOEXEC) != 0) return;
-        m_pid = fork();
-        if (m_pid == 0) {
-            dup2(in[0], 0);
-            dup2(out[1], 1);
-            const int fdErr = open(kErrFile, O_WRONLY | O_CREAT | O_TRUNC, 0644);
-            dup2(fdErr, 2);
-            std::vector<std::string> copy(args);
-            std::vector<char*> argv = {const_cast<char*>("ptzdecode")};
-            for (auto& a : copy) argv.push_back(a.data());
-            argv.push_back(nullptr);
-            execv(PTZDECODE_BINARY, argv.data());
-            _exit(127);
-        }
-        close(in[0]);
-        close(out[1]);
-        if (write(in[1], sInput.data(), sInput.size()) < 0) ADD_FAILURE() << "stdin";
-        close(in[1]);
-        m_fdOut = out[0];
+        std::string sCmd = PTZDECODE_BINARY;
+        for (const std::string& a : args) sCmd += " \"" + a + "\"";
+        int fdIn = -1;
+        m_pid = ProcessPipe3(&m_fdOut, &fdIn, &m_fdErr, sCmd.c_str());
+        if (m_pid < 0) return;
+        if (write(fdIn, sInput.data(), sInput.size()) < 0) ADD_FAILURE() << "stdin";
+        close(fdIn);
     }
 
     ~Tool() {
         if (m_pid > 0) kill(m_pid, SIGKILL);
-        if (m_fdOut >= 0) close(m_fdOut);
+        for (int fd : {m_fdOut, m_fdErr})
+            if (fd >= 0) close(fd);
         if (m_pid > 0) waitpid(m_pid, nullptr, 0);
     }
 
@@ -62,12 +50,12 @@ public:
         if (bInterrupt) kill(m_pid, SIGINT);
         const double tEnd = MonotonicSeconds() + 5;
         while (MonotonicSeconds() < tEnd && m_fdOut >= 0) Pump(10);
+        char buf[512];
+        for (ssize_t n; m_fdErr >= 0 && (n = read(m_fdErr, buf, sizeof buf)) > 0;)
+            sErr.append(buf, static_cast<size_t>(n));
         int st = 0;
         const bool bEnded = m_fdOut < 0 && waitpid(m_pid, &st, 0) == m_pid;
         if (bEnded) m_pid = -1;
-        FILE* f = std::fopen(kErrFile, "r");
-        for (int c; f != nullptr && (c = std::fgetc(f)) != EOF;) sErr += static_cast<char>(c);
-        if (f != nullptr) std::fclose(f);
         return bEnded && WIFEXITED(st) ? WEXITSTATUS(st) : -1;
     }
 
@@ -86,8 +74,6 @@ public:
     std::string sOut, sErr;
 
 private:
-    static constexpr const char* kErrFile = "/tmp/ptzdecode.err";
-
     void Pump(int ms) {
         struct pollfd p = {m_fdOut, POLLIN, 0};
         if (poll(&p, 1, ms) <= 0) return;
@@ -102,6 +88,7 @@ private:
 
     pid_t m_pid = -1;
     int m_fdOut = -1;
+    int m_fdErr = -1;
 };
 
 std::string WriteFile(const std::string& sName, const std::string& sContent) {
