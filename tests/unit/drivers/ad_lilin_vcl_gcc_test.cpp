@@ -96,49 +96,4 @@ TEST(Gcc655, GoldenFrames) {
     });
 }
 
-// A level-0 move: the slow speed at once, then within 0.8 s the ramp's two steps (Lilin refreshes
-// in between, every 200 ms, with the speed in force). The stop ends it all.
-TEST(ShortFrames, SpeedRamp) {
-    const struct { uint32_t model, cmd; const char *first, *during800ms, *stop; } kCases[] = {
-        {kDeltaDome, PTZCmd_UpRight, "01 C0 82 04 B9 | 01 C0 84 04 B7",
-         "01 C0 82 18 A5 | 01 C0 84 18 A3 | 01 C0 82 38 85 | 01 C0 84 38 83",
-         "01 83 7C | 01 86 79"},
-        {kDeltaDome, PTZCmd_Left, "01 C0 81 04 BA", "01 C0 81 18 A6 | 01 C0 81 38 86", "01 83 7C"},
-        {kVcl, PTZCmd_DownLeft, "80 4C 08 | 80 4E 08", "80 4C 30 | 80 4E 30 | 80 4C 71 | 80 4E 71",
-         "80 72 | 80 75"},
-        {kLilin, PTZCmd_Up, "01 04 80", "01 04 80 | 01 04 98 | 01 04 98 | 01 04 98 | 01 04 B0",
-         "01 00 FF"},
-    };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(testing::Message() << "model " << c.model << " code " << c.cmd);
-        DriverHarness h(c.model, 1);
-        EXPECT_EQ(h.Send(c.cmd, 0), Hex(c.first));
-        EXPECT_EQ(h.RunMs(800), Hex(c.during800ms));
-        EXPECT_EQ(h.Send(c.cmd + 32), Hex(c.stop));
-        EXPECT_TRUE(h.RunMs(20000).empty());
-        EXPECT_EQ(h.State().bStatusActive, 0);
-    }
-}
-
-// Tours step through presets 1..N every 3 s with the go-to frame, up to the preset range, until
-// their stop. The GCC-655N has no status routine: its tour is kept but never stepped.
-TEST(ShortFrames, Tour) {
-    const struct { uint32_t model; int32_t max; const char* steps; } kCases[] = {
-        {kDeltaDome, 255, "01 C7 02 01 35 | 01 C7 02 02 34 | 01 C7 02 03 33 | 01 C7 02 01 35"},
-        {kLilin, 255, "41 01 00 | 41 02 00 | 41 03 00 | 41 01 00"},
-        {kVcl, 127, "80 42 01 | 80 42 02 | 80 42 03 | 80 42 01"},
-        {kGcc, 50, ""},
-    };
-    for (const auto& c : kCases) {
-        DriverHarness h(c.model, 1);
-        h.Send(PTZCmd_PresetTour, c.max + 1);
-        EXPECT_EQ(h.State().bStatusActive, 0) << c.model;
-        h.Send(PTZCmd_PresetTour, 3);
-        EXPECT_EQ(h.State().nTourCount, 3u) << c.model;
-        EXPECT_EQ(h.RunMs(12000), Hex(c.steps)) << c.model;
-        h.Send(PTZCmd_PresetTourStop);
-        EXPECT_TRUE(h.RunMs(6000).empty()) << c.model;
-    }
-}
-
 }  // namespace

@@ -153,22 +153,3 @@ TEST(SmartDome, GoldenFrames) {
     });
 }
 
-// A tour steps with the model's go-to frame; a tour longer than the presets is refused.
-TEST(AsciiDrivers, PresetTours) {
-    const struct { uint32_t nModel; int32_t nTooLong; } kCases[] = {
-        {kPanasonic, 65}, {kCnbZoom, 64}, {kCnbPtz, 64}, {kSmartDome, 100},
-    };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(testing::Message() << "model " << c.nModel);
-        const Frames go2 = DriverHarness(c.nModel, 3).Send(PTZCmd_PresetGo, 2);
-        ASSERT_EQ(go2.size(), 1u);
-        DriverHarness h(c.nModel, 3);
-        h.Send(PTZCmd_PresetTour, 2);
-        const Frames f = h.RunMs(6000);   // presets 1 and 2
-        ASSERT_EQ(f.size(), 2u);
-        EXPECT_EQ(f[1], go2[0]);
-        DriverHarness refused(c.nModel, 3);
-        refused.Send(PTZCmd_PresetTour, c.nTooLong);
-        EXPECT_TRUE(refused.RunMs(6000).empty());
-    }
-}

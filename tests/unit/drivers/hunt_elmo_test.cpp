@@ -1,6 +1,6 @@
 // Hunt HTZ-2300 (7-byte frames, a stop per action) and Elmo PTC-200C/400C (6-byte frames, a stop of
 // four frames, no diagonals, no iris).
-#include "tests/unit/drivers/session_steps.h"
+#include "tests/unit/drivers/driver_harness.h"
 
 constexpr uint32_t kHunt = 30, kElmo = 34;
 
@@ -58,33 +58,3 @@ TEST(PTC400C, GoldenFrames) {
     });
 }
 
-// Level-0 moves ramp as Pelco-D does, to 38 % and 89 % of each range (Elmo: only the four straight
-// moves exist, so a level-0 diagonal arms nothing); tours step every 3 s.
-TEST(HuntAndPTC400C, RampAndTour) {
-    ExpectSession(kHunt, 7, {
-        {PTZCmd_Down, 0, "FA 02 00 07 10 00 13"},
-        {kWait, 290, ""},
-        {kWait, 10, "FA 02 00 07 5B 00 5E"},
-        {kWait, 490, ""},
-        {kWait, 10, "FA 02 00 07 D4 00 57"},
-        {PTZCmd_PresetTour, 2, ""},
-        {kWait, 3000, "FA 76 00 07 01 00 78"},
-        {kWait, 3000, "FA 76 00 07 02 00 79"},
-        {kWait, 3000, "FA 76 00 07 01 00 78"},
-        {PTZCmd_PresetTourStop, 0, ""},
-        {kWait, 6000, ""},
-        {PTZCmd_PresetTour, 193, ""},
-        {kWait, 6000, ""},
-    });
-    ExpectSession(kElmo, 9, {
-        {PTZCmd_Left, 0, "09 FF 18 01 07 E8"},
-        {kWait, 300, "09 FF 18 01 18 F7"},
-        {kWait, 500, "09 FF 18 01 38 D7"},
-        {PTZCmd_PresetTour, 2, ""},
-        {kWait, 3000, "09 FF 11 00 01 E6"},
-        {kWait, 3000, "09 FF 11 00 02 E5"},
-    });
-    DriverHarness h(kElmo, 1);
-    h.Send(PTZCmd_DownRight, 0);
-    EXPECT_EQ(h.State().bStatusActive, 0);
-}

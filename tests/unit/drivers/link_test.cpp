@@ -54,43 +54,6 @@ TEST(ControllerLink, SameFramesFromEveryModelJoystickByCapability) {
     }
 }
 
-// A level-0 move goes 4, then 24 at 0.3 s and 56 at 0.8 s, and a tour of 2 visits 1, 2, 1 every
-// 3 s until its stop; ICDiLAN, without a status routine, keeps the slow speed and never tours.
-TEST(ControllerLink, RampAndTourWhereThereIsAStatusRoutine) {
-    for (uint32_t nModel : kFamily) {
-        SCOPED_TRACE(nModel);
-        const bool bStatus = nModel != kICDiLAN;
-        DriverHarness h(nModel, 1);
-        EXPECT_EQ(h.Send(PTZCmd_Left, 0), Hex("02 01 04 00 04 04 00 03 06"));
-        EXPECT_TRUE(h.RunMs(290).empty());
-        EXPECT_EQ(h.RunMs(10), bStatus ? Hex("02 01 04 00 04 18 00 03 1A") : Frames{});
-        EXPECT_TRUE(h.RunMs(490).empty());
-        EXPECT_EQ(h.RunMs(10), bStatus ? Hex("02 01 04 00 04 38 00 03 3A") : Frames{});
-        EXPECT_TRUE(h.RunMs(2000).empty());
-        EXPECT_EQ(h.Send(PTZCmd_LeftStop).size(), 1u);
-    }
-    for (uint32_t nModel : kFamily) {
-        SCOPED_TRACE(nModel);
-        const bool bStatus = nModel != kICDiLAN;
-        DriverHarness h(nModel, 1);
-        EXPECT_TRUE(h.Send(PTZCmd_PresetTour, 2).empty());
-        for (const char* sGo : {"02 01 04 00 07 00 01 03 00", "02 01 04 00 07 00 02 03 03",
-                                "02 01 04 00 07 00 01 03 00"}) {
-            EXPECT_TRUE(h.RunMs(2990).empty());
-            EXPECT_EQ(h.RunMs(10), bStatus ? Hex(sGo) : Frames{});
-        }
-        EXPECT_TRUE(h.Send(PTZCmd_PresetTourStop).empty());
-        EXPECT_TRUE(h.RunMs(6000).empty());
-        EXPECT_EQ(h.State().bStatusActive, 0);
-    }
-    // Tours of 1-255 presets: the preset number fills one byte.
-    for (int32_t n : {0, 256}) {
-        DriverHarness h(kToaCC, 1);
-        h.Send(PTZCmd_PresetTour, n);
-        EXPECT_EQ(h.State().bStatusActive, 0) << n;
-    }
-}
-
 // PT2000 has no model entry: its builder is called as the core calls it, on a channel state as the
 // core prepares it at start, with the command stored in it first.
 TEST(ControllerLink, Pt2000BuildsTheFamilyFrames) {

@@ -52,42 +52,6 @@ TEST(Sunkwang, GoldenFrames) {
     });
 }
 
-// A level-0 move starts at 4 and is sent again at 24 after 0.3 s and at 56 after 0.8 s; Wonwoo is
-// never polled. A tour of 3 visits 1, 2, 3, 1 every 3 s until its stop; 256 presets are refused.
-TEST(NecFamily, RampAndTour) {
-    ExpectSession(kNec, 1, {
-        {PTZCmd_Left, 0, "A0 01 00 00 04 04 00 00 00 AF F6"},
-        {kWait, 290, ""},
-        {kWait, 10, "A0 01 00 00 04 18 00 00 00 AF E2"},
-        {kWait, 490, ""},
-        {kWait, 10, "A0 01 00 00 04 38 00 00 00 AF C2"},
-        {kWait, 3000, ""},
-    });
-    ExpectSession(kNec, 2, {
-        {PTZCmd_PresetTour, 3, ""},
-        {kWait, 2990, ""},
-        {kWait, 10, "A0 02 00 00 07 01 FF FF FF AF F8"},
-        {kWait, 3000, "A0 02 00 00 07 02 FF FF FF AF F7"},
-        {kWait, 3000, "A0 02 00 00 07 03 FF FF FF AF F6"},
-        {kWait, 3000, "A0 02 00 00 07 01 FF FF FF AF F8"},
-        {PTZCmd_PresetTourStop, 0, ""},
-        {kWait, 6000, ""},
-        {PTZCmd_PresetTour, 256, ""},
-        {kWait, 6000, ""},
-    });
-    ExpectSession(kSunkwang, 4, {
-        {PTZCmd_Right, 0, "55 00 04 00 02 04 00 00 00 AA F5"},
-        {kWait, 300, "55 00 04 00 02 18 00 00 00 AA E1"},
-        {kWait, 500, "55 00 04 00 02 38 00 00 00 AA C1"},
-    });
-    ExpectSession(kWonwoo, 1, {
-        {PTZCmd_UpLeft, 0, "55 00 01 00 0C 18 18 00 00 AA C2"},
-        {kWait, 1000, ""},
-        {PTZCmd_PresetTour, 2, ""},
-        {kWait, 6000, ""},
-    });
-}
-
 // D-MAX: a preset, pattern or auto pan that arrives while a move or lens action is still in force
 // goes out behind a stop; once that action has been stopped, or for anything else, one frame. A
 // ramp step is never preceded by a stop, and the Sunkwang never splits.

@@ -99,19 +99,4 @@ TEST(LGDome, GoldenFrames) {
     });
 }
 
-// Their level-0 moves ramp like Pelco-D's, in their own frames.
-TEST(PelcoMakes, RampInTheirOwnFrames) {
-    const struct { uint32_t nModel; const char* sMiddle; } kCases[] = {
-        {kHSDN, "A5 01 00 0A 18 18 3B"},
-        {kBBV, "B0 01 00 0A 18 18 BF 04"},
-        {kRvt, "E5 10 01 0A 18 18 95"},
-        {kLG, "E5 01 01 00 0A 18 18 21"},
-    };
-    for (const auto& c : kCases) {
-        DriverHarness h(c.nModel, 1);
-        ASSERT_EQ(h.Send(PTZCmd_UpRight, 0).size(), 1u);
-        EXPECT_EQ(h.RunMs(kPTZRampMiddleMs), Hex(c.sMiddle)) << c.nModel;
-    }
-}
-
 }  // namespace

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "ptz/ptz_model.h"
+#include "ptz/ptz_data.h"
 #include "tests/unit/drivers/driver_harness.h"
 #include "tools/sim/ptz_decode.h"
 
@@ -172,4 +173,75 @@ TEST(RoundTrip, EveryModelAndCodeIsReadBackAsItsCommand) {
         }
     }
     EXPECT_GT(nFrames, 1000);
+}
+
+namespace {
+
+// What a model's frames say of a tilt: the last tilt speed read (-1: none read), and whether all
+// of them read as a tilt up or a setting.
+struct TiltRead { int32_t nSpeed = -1; bool bAllUp = true; };
+TiltRead ReadTilt(const PtzProtocol& pr, const Frames& frames) {
+    TiltRead r;
+    for (const Bytes& f : frames) {
+        PtzFrameText t;
+        if (!PtzDecode(pr, f.data(), f.size(), &t)) r.bAllUp = false;
+        if (t.tWhat.eAction == A::None) continue;
+        r.bAllUp = r.bAllUp && t.tWhat.eAction == A::Move && t.tWhat.nTilt > 0 && t.tWhat.nPan == 0;
+        if (t.nTiltSpeed >= 0) r.nSpeed = t.nTiltSpeed;
+    }
+    return r;
+}
+
+// The presets the frames go to, in order.
+std::vector<int32_t> PresetsGone(const PtzProtocol& pr, const Frames& frames) {
+    std::vector<int32_t> out;
+    for (const Bytes& f : frames) {
+        PtzFrameText t;
+        if (PtzDecode(pr, f.data(), f.size(), &t) && t.tWhat.eAction == A::PresetGo)
+            out.push_back(t.nNumber);
+    }
+    return out;
+}
+
+}  // namespace
+
+// Every model with a status routine ramps a level-0 move in its own frames (where they carry a
+// speed, it rises at each step) and steps a preset tour with its own go-to frames, presets 1, 2, 3,
+// 1 every 3 s, until the tour's stop. A model without one does neither.
+TEST(RoundTrip, StatusRoutinesRampAndTourInTheirOwnFrames) {
+    for (uint32_t nModel = 1; nModel < kPTZModelCount; ++nModel) {
+        const PtzProtocol& pr = *ProtocolOfModel(nModel);
+        const bool bStatus = ptPTZModelDatabase[nModel].CheckStatus != nullptr;
+        SCOPED_TRACE(testing::Message() << "model " << nModel << " (" << pr.sName << ")");
+        DriverHarness h(nModel, 1);
+        const Frames start = h.Send(PTZCmd_Up, 0);
+        if (!start.empty()) {
+            std::vector<int32_t> speeds = {ReadTilt(pr, start).nSpeed};
+            for (int32_t ms : {kPTZRampMiddleMs, kPTZRampTopMs - kPTZRampMiddleMs}) {
+                const Frames f = h.RunMs(static_cast<uint32_t>(ms));
+                EXPECT_EQ(f.empty(), !bStatus);
+                const TiltRead r = ReadTilt(pr, f);
+                EXPECT_TRUE(r.bAllUp);
+                speeds.push_back(r.nSpeed);
+            }
+            if (bStatus && speeds[0] >= 0) {
+                EXPECT_LT(speeds[0], speeds[1]);
+                EXPECT_LT(speeds[1], speeds[2]);
+            }
+        }
+        const bool bPresets = !DriverHarness(nModel, 1).Send(PTZCmd_PresetGo, 2).empty();
+        DriverHarness t(nModel, 1);
+        Frames tour = t.Send(PTZCmd_PresetTour, 3);
+        for (int i = 0; i < 4; ++i)
+            for (Bytes& b : t.RunMs(kPTZTourDwellMs)) tour.push_back(b);
+        const std::vector<int32_t> gone = PresetsGone(pr, tour);
+        if (!bStatus || !bPresets) {
+            EXPECT_TRUE(gone.empty());
+            continue;
+        }
+        ASSERT_GE(gone.size(), 4u);
+        for (size_t i = 0; i < gone.size(); ++i) EXPECT_EQ(gone[i], static_cast<int32_t>(i % 3) + 1);
+        t.Send(PTZCmd_PresetTourStop);
+        EXPECT_TRUE(t.RunMs(2 * kPTZTourDwellMs).empty());
+    }
 }
