@@ -114,6 +114,7 @@ private:
     double m_tAliveSent = -1;   // -1: no query outstanding
     double m_tNextAlive = 0;
     std::vector<double> m_adAliveLatency;
+    double m_dAliveWorst = 0, m_tAliveWorstAt = 0;
     // samples
     double m_tNextSample = 0;
     ProcStats m_tLastStats{};
@@ -188,6 +189,10 @@ void Soak::DrainMail() {
         ++m_nMail;
         if (m->nCode == kMsgAliveAnswer && m_tAliveSent >= 0) {
             m_adAliveLatency.push_back(m->tSeconds - m_tAliveSent);
+            if (m_adAliveLatency.back() >= m_dAliveWorst) {
+                m_dAliveWorst = m_adAliveLatency.back();
+                m_tAliveWorstAt = m_tAliveSent - m_t0;
+            }
             m_tAliveSent = -1;
         }
     }
@@ -494,8 +499,9 @@ void Soak::Report() {
                     Median(cpu), m_atSamples.size(), cpu.empty() ? 0 : *std::max_element(cpu.begin(), cpu.end()));
     }
     if (!m_adAliveLatency.empty())
-        std::printf("      liveness answered %zu times: median %.1f ms, worst %.1f ms\n", m_adAliveLatency.size(),
-                    1000 * Median(m_adAliveLatency), 1000 * Percentile(m_adAliveLatency, 100));
+        std::printf("      liveness answered %zu times: median %.1f ms, 99th percentile %.1f ms, worst %.1f ms (at t=%.0f s)\n",
+                    m_adAliveLatency.size(), 1000 * Median(m_adAliveLatency), 1000 * Percentile(m_adAliveLatency, 99),
+                    1000 * m_dAliveWorst, m_tAliveWorstAt);
     std::printf("      busy 2400-baud line: %llu commands in %.0f s on 16 channels (%.0f %% of the line), "
                 "%zu stops: delay median %.0f ms, worst %.0f ms\n",
                 static_cast<unsigned long long>(m_nBusyCommands), m_dBusySeconds,
