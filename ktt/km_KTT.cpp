@@ -17,7 +17,7 @@
 
 namespace {
 constexpr uint32_t kReportOff = 0;
-constexpr uint32_t kReportFsk = 2;
+[[maybe_unused]] constexpr uint32_t kReportFsk = 2;   // queued only here, as any other path
 constexpr uint32_t kReportDtmf = 4;
 constexpr uint32_t kClassNotLogged1 = 3;
 constexpr uint32_t kClassNotLogged2 = 9;
