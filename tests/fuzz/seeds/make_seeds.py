@@ -3,6 +3,7 @@
 input format, from the golden frames and records of the unit tests. Run it after changing a
 target's input format; the seeds are kept in git."""
 import os
+import re
 import struct
 
 here = os.path.dirname(os.path.abspath(__file__))
@@ -54,7 +55,7 @@ add("fuzz_mailbox", "models", [0xF0, 0xFF, 0xFF, 0xFF, 2, 1, 3, 0xFE, 0, 0, 20] 
 
 # Drivers: model selector, address, clock word, state flag, then ops (< 0x80: code, p1, p2, p3,
 # source; 0xC0..0xEF: a status poll after op - 0xC0 ticks).
-for sel in range(12):
+for sel in range(43):
     poll = [0xC0 + 30, 0xC0 + 40, 0xEF, 0xEF]
     cmds = [15, 8, 0, 0, 1, 47, 0, 0, 0, 1, 13, 0, 0, 0, 1] + poll + [45, 0, 0, 0, 1, 22, 3, 0, 0, 1] + poll * 3
     cmds += [81, 0x90, 5, 0x85, 1, 113, 0, 0, 0, 1, 80, 5, 0, 0, 1, 21, 63, 0, 0, 1, 27, 0, 0, 0, 1, 59, 0, 0, 0, 1]
@@ -79,16 +80,25 @@ add("fuzz_log", "writes", logw(0, text=b"SYSTEM START") + logw(44, 255) + logw(4
 add("fuzz_log", "rotation", [0x61] + rec + [0x81, 0x00, 0xFF, 0x00, 0x19, 0, 0, 0x61] + rec + [0xB1])
 add("fuzz_log", "damage", [0x60] + rec + [0x60] + rec + [0xC0, 0x81, 0x40, 0xB0, 0x80, 0x3E, 4, 0, 1, 2, 3, 0xB0, 0xA0, 0xFF, 0xE8, 7, 0, 0, 5, 1, 0xB0])
 
-# Simulator decoders: channel count, four channel models, the protocol's model, then the bytes.
-frames = {
-    14: [0xFF, 0x01, 0x00, 0x04, 0x3F, 0x00, 0x44, 0xFF, 0x01, 0x00, 0x14, 0x10, 0x05, 0x2A],
-    19: [0xA0, 0x00, 0x00, 0x04, 0x20, 0x00, 0xAF, 0x2F],
-    4: [0xA0, 0xFE, 0x12, 0x01, 0x00, 0x04, 0x40, 0x40, 0x6A],
-    16: [0xFF, 0x30, 0x30, 0x00, 0x50, 0x33, 0x32, 0x30, 0xEF],
-    27: [0x87, 0x06, 0x05, 0x00, 0x00, 0x0F, 0x00, 0x1B],
-    22: [0xA0, 0x01, 0x00, 0x03, 0x00, 0x20, 0xAF, 0x29],
-}
-for model, b in frames.items():
+# Simulator decoders: channel count, four channel models, the protocol's model, then the bytes:
+# the golden frames of every driver's unit test, one seed per model.
+def golden_frames():
+    src = os.path.join(here, "..", "..", "unit", "drivers")
+    texts = [open(os.path.join(src, f)).read() for f in sorted(os.listdir(src)) if f.endswith(".cpp")]
+    models = {}
+    for t in texts:
+        for name, num in re.findall(r"\b(k[A-Z]\w*) = (\d+)", t):
+            models[name] = int(num)
+    frames = {}
+    for t in texts:
+        for name, body in re.findall(r"ExpectGolden\((k\w+), \{(.*?)\n    \}\);", t, re.S):
+            hexes = re.findall(r'"((?:[0-9A-F]{2}(?: \| | )?)+)"', body)
+            b = [int(x, 16) for h in hexes[:6] for x in h.replace("|", " ").split()]
+            frames[models[name]] = b
+    return frames
+
+
+for model, b in sorted(golden_frames().items()):
     add("fuzz_sim_decode", "model%02d" % model, [4, model, 14, 19, 27, model] + b + b[:3])
 
 # Text-insertion targets: reads of a length byte and that many bytes.
