@@ -66,12 +66,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pyData, size_t nSize) {
             const uint32_t type = op < 0x50 ? in.Byte() : in.Value();
             const uint32_t a1 = in.Value(), a2 = in.Value(), a3 = in.Value(), a4 = in.Value(), a5 = in.Value();
             in.Bytes(reinterpret_cast<uint8_t*>(sText), in.Byte() % (sizeof sText - 1));
-            if (type == 8 || type == 12 || type == 16)
-                LogWrite(type, a1, sText);
-            else if (LogTypeHasText(type))
-                LogWrite(type, sText);
-            else
-                LogWrite(type, a1, a2, a3, a4, a5);
+            switch (LogRuleOf(type).eFields) {
+            case LogFields::EventTimeText:
+            case LogFields::SkipText: LogWrite(type, a1, sText); break;
+            case LogFields::Text: LogWrite(type, sText); break;
+            default: LogWrite(type, a1, a2, a3, a4, a5); break;
+            }
         } else if (op < 0x80) {
             uint8_t bytes[kLogRecordSize] = {};
             in.Bytes(bytes, sizeof bytes);
