@@ -12,6 +12,7 @@
 
 #include <cstdlib>
 #include <functional>
+#include <new>
 
 #include <gtest/gtest.h>
 
@@ -19,6 +20,7 @@
 #include "keypad/keypad_data.h"
 #include "ktt/ktt_data.h"
 #include "lib/ipc/MessageQueue.h"
+#include "ptz/ptz_model.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/pty_pair.h"
 #include "tests/support/test_share.h"
@@ -60,6 +62,17 @@ int posix_memalign(void** out, size_t align, size_t n) {
 }
 void free(void* p) { __libc_free(p); }
 }
+
+// C++ allocations counted here too, whatever route the C++ runtime takes to the C library.
+void* operator new(size_t n) {
+    if (void* p = malloc(n != 0 ? n : 1)) return p;
+    throw std::bad_alloc();
+}
+void* operator new[](size_t n) { return operator new(n); }
+void operator delete(void* p) noexcept { free(p); }
+void operator delete[](void* p) noexcept { free(p); }
+void operator delete(void* p, size_t) noexcept { free(p); }
+void operator delete[](void* p, size_t) noexcept { free(p); }
 #endif
 
 namespace {
@@ -84,7 +97,6 @@ protected:
         s->nVariant = kVariantKtt;
         s->nKttEventEnable = 3;   // events are queued, no transmission
         for (uint32_t ch = 0; ch < kMaxChannels; ++ch) {
-            s->atPtz[ch].nPtzModel = 12 + ch % 11;   // the Pelco family, Canon, Bosch, and none
             s->atPtz[ch].nPtzAddress = ch + 1;
         }
         ASSERT_GE(msgget(IpcKey(kRecorderIpcId), IPC_CREAT | 0600), 0);
@@ -136,6 +148,12 @@ TEST_F(NoAllocation, PtzKeypadAndKttPaths) {
     struct Path { const char* sName; std::function<void()> run; };
     const Path kPaths[] = {
         {"PTZ commands, status and sender", [] {
+             // Each run moves every channel on to the next models, so that every driver of the
+             // table (and an index past its end) runs here.
+             static uint32_t nFirstModel = 0;
+             for (uint32_t ch = 0; ch < kMaxChannels; ++ch)
+                 ptShare->atPtz[ch].nPtzModel = (nFirstModel + ch) % (kPTZModelCount + 1);
+             nFirstModel += kMaxChannels;
              static const uint32_t kCmds[][2] = {{15, 0}, {47, 0}, {17, 5}, {49, 0}, {22, 3}, {81, 0x90},
                                                  {113, 0}, {80, 7}, {21, 9}, {72, 0}, {29, 0}, {7, 0}, {54, 0}};
              for (const auto& c : kCmds) {
