@@ -1,6 +1,7 @@
 // Shared pieces of the fuzz targets: reading the fuzz input as a stream of small decisions, the
 // recorder's message queue inside the sandbox, and a failure that names what went wrong.
 #pragma once
+#include <dirent.h>
 #include <sys/ipc.h>
 #include <sys/msg.h>
 #include <sys/sem.h>
@@ -10,6 +11,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <unistd.h>
 
 #include "lib/ipc/MessageQueue.h"
 #include "tools/sim/sandbox_guard.h"
@@ -90,4 +92,18 @@ inline int FuzzDrainRecorderMail() {
     int n = 0;
     while (msgrcv(FuzzQueue(), &m, kMailboxBodySize, -127, IPC_NOWAIT | MSG_NOERROR) >= 0) ++n;
     return n;
+}
+
+// Empties a folder of the sandbox: the log files that events leave on its disks are removed now
+// and then, so that a long campaign does not fill its memory.
+inline void FuzzRemoveFiles(const char* sDir) {
+    DIR* d = opendir(sDir);
+    if (d == nullptr) return;
+    while (dirent* e = readdir(d)) {
+        if (e->d_name[0] == '.') continue;
+        char sPath[300];
+        std::snprintf(sPath, sizeof sPath, "%s/%s", sDir, e->d_name);
+        unlink(sPath);
+    }
+    closedir(d);
 }

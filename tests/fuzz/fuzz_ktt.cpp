@@ -7,7 +7,6 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <dirent.h>
 
 #include "core/share_block.h"
 #include "ktt/ktt_data.h"
@@ -28,18 +27,6 @@ void Setup() {
     tBlock.nKeypadModelCount = 7;   // the bound KttDeviceInit checks
 }
 
-void RemoveFiles(const char* dir) {
-    DIR* d = opendir(dir);
-    if (d == nullptr) return;
-    while (dirent* e = readdir(d)) {
-        if (e->d_name[0] == '.') continue;
-        char path[300];
-        std::snprintf(path, sizeof path, "%s/%s", dir, e->d_name);
-        unlink(path);
-    }
-    closedir(d);
-}
-
 void Drain(int fd) {
     uint8_t buf[512];
     while (read(fd, buf, sizeof buf) > 0) {
@@ -51,8 +38,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pyData, size_t nSize) {
     if (g_fdLine < 0) Setup();
     // Each event is logged: clear the sandbox's log disks now and then.
     if (++g_nInputs % 4096 == 0) {
-        RemoveFiles("/mnt/pos");
-        RemoveFiles("/mnt/doc");
+        FuzzRemoveFiles("/mnt/pos");
+        FuzzRemoveFiles("/mnt/doc");
     }
     FuzzInput in(pyData, nSize);
     ptShare->nVariant = in.Byte() & 1 ? kVariantKtt : in.Byte();

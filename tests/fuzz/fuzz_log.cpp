@@ -7,25 +7,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <dirent.h>
 
 #include "lib/log/log.h"
 #include "lib/log/log_reader.h"
 #include "tests/fuzz/fuzz_input.h"
 
 namespace {
-void RemoveFiles(const char* dir) {
-    DIR* d = opendir(dir);
-    if (d == nullptr) return;
-    while (dirent* e = readdir(d)) {
-        if (e->d_name[0] == '.') continue;
-        char path[300];
-        std::snprintf(path, sizeof path, "%s/%s", dir, e->d_name);
-        unlink(path);
-    }
-    closedir(d);
-}
-
 // One of the files a reader looks at: the two flash series with their copies, or a daily log.
 void PickFile(FuzzInput& in, char* path, size_t size) {
     const uint8_t b = in.Byte();
@@ -54,8 +41,8 @@ void CheckRead(const LogSearchList& list) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pyData, size_t nSize) {
     FuzzQueue();
-    RemoveFiles(kLogDiskDir);
-    RemoveFiles(kLogDocDir);
+    FuzzRemoveFiles(kLogDiskDir);
+    FuzzRemoveFiles(kLogDocDir);
     FuzzInput in(pyData, nSize);
     while (!in.Empty()) {
         const uint8_t op = in.Byte();

@@ -15,7 +15,6 @@
 #include <poll.h>
 #include <sys/shm.h>
 #include <sys/socket.h>
-#include <dirent.h>
 
 #include "core/ptz_cntl.cpp"
 #include "ktt/ktt_data.h"
@@ -49,20 +48,6 @@ void Drain(int fd) {
     uint8_t buf[512];
     while (read(fd, buf, sizeof buf) > 0) {
     }
-}
-
-// Log files the KTT events leave on the sandbox's disks; removed now and then so a long campaign
-// does not fill its memory.
-void RemoveLogs(const char* dir) {
-    DIR* d = opendir(dir);
-    if (d == nullptr) return;
-    while (dirent* e = readdir(d)) {
-        if (e->d_name[0] == '.') continue;
-        char path[300];
-        std::snprintf(path, sizeof path, "%s/%s", dir, e->d_name);
-        unlink(path);
-    }
-    closedir(d);
 }
 
 // A configuration word of the main application, chosen and written by the input.
@@ -162,8 +147,8 @@ ssize_t __wrap_write(int fd, const void* buf, size_t n) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pyData, size_t nSize) {
     if (g_ptBlock == nullptr) Setup();
     if (++g_nInputs % 4096 == 0) {
-        RemoveLogs("/mnt/pos");
-        RemoveLogs("/mnt/doc");
+        FuzzRemoveFiles("/mnt/pos");
+        FuzzRemoveFiles("/mnt/doc");
     }
     FuzzInput in(pyData, nSize);
     fakeclock::Set(in.Word());
