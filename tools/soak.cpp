@@ -9,8 +9,8 @@
 //      key flags, keypad and text-insertion model changes), keypad-line noise with valid frames
 //      mixed in, KTT-line noise, text lines into the FIFO, KTT messages (which write the event
 //      log), and a liveness query every 200 ms;
-//   2. lost stops: every channel gets a camera with a builder and a move followed by its stop;
-//      each stop's frame, as the driver builds it, must reach the wire (within 10 s);
+//   2. lost stops: every model with a builder, sixteen channels at a time, gets a move followed
+//      by its stop; each stop's frame, as the driver builds it, must reach the wire (within 10 s);
 //   3. busy line: all 16 channels on Pelco-D at 2400 baud, one command per channel per second,
 //      and the wire drained at the line's real rate (a pseudo-terminal passes bytes at once):
 //      the delay from each stop message to its frame leaving the wire is measured.
@@ -34,8 +34,10 @@
 #include <string>
 #include <vector>
 
+#include "core/ptz_cntl.h"
 #include "keypad/keypad_model.h"
 #include "pos/pos_model.h"
+#include "ptz/ptz_data.h"
 #include "ptz/ptz_model.h"
 #include "tools/sim/proc_stats.h"
 #include "tools/sim/recorder.h"
@@ -147,6 +149,7 @@ private:
     // results of the phases
     std::vector<double> m_adStopDelay;
     int m_nLostStops = 0;
+    int m_nStopModels = 0;   // models whose stop was checked
     uint64_t m_nBusyCommands = 0;
     double m_dBusySeconds = 0;
 };
@@ -379,9 +382,8 @@ void Soak::Traffic(double tEnd) {
 }
 
 std::vector<std::vector<uint8_t>> Soak::Expected(uint32_t model, uint32_t address, std::vector<std::array<uint32_t, 2>> cmds) {
-    PTZChannelState s{};
-    s.nLastCmd = kPTZCmdNone;
-    s.nIrisLevel = 58;
+    PTZInitChannels();   // this process's own channel table: a channel's state as at start
+    PTZChannelState s = tGlobal.atChannel[0];
     std::vector<std::vector<uint8_t>> out;
     for (const auto& c : cmds) {
         PTZPacket p[kPTZPacketsPerCall] = {};
@@ -405,41 +407,45 @@ void Soak::LostStops() {
     for (uint32_t m = 1; m < kPTZModelCount; ++m)
         if (ptPTZModelDatabase[m].BuildCmd != nullptr) built.push_back(m);
     s.nChannels = kMaxChannels;
-    std::vector<std::vector<uint8_t>> stops(kMaxChannels);
-    for (uint32_t ch = 0; ch < kMaxChannels; ++ch) {
-        const uint32_t model = built[ch % built.size()];
-        s.atPtz[ch].nPtzModel = model;
-        s.atPtz[ch].nPtzAddress = ch + 1;
-        const auto frames = Expected(model, ch + 1, {{PTZCmd_Left, 4}, {PTZCmd_LeftStop, 0}});
-        if (!frames.empty()) stops[ch] = frames.back();
-    }
-    m_aWire.clear();
-    m_bKeepWire = true;
-    for (uint32_t ch = 0; ch < kMaxChannels; ++ch) {
-        Send(kMsgPtz, ch, PTZCmd_Left, 4);
-        Send(kMsgPtz, ch, PTZCmd_LeftStop, 0);
-    }
-    // Each stop's frame must reach the wire; a loaded machine gets up to 10 s for all of them.
-    std::vector<uint8_t> wire;
-    auto seen = [&](uint32_t ch) {
-        return stops[ch].empty() ||   // a driver that sends nothing for a stop
-               std::search(wire.begin(), wire.end(), stops[ch].begin(), stops[ch].end()) != wire.end();
-    };
-    for (double t = MonotonicSeconds() + 10; MonotonicSeconds() < t;) {
-        Tick(false);
-        usleep(5000);
-        wire.clear();
-        for (const auto& [b, at] : m_aWire) wire.push_back(b);
-        bool bAll = true;
-        for (uint32_t ch = 0; ch < kMaxChannels && bAll; ++ch) bAll = seen(ch);
-        if (bAll) break;
-    }
-    for (uint32_t ch = 0; ch < kMaxChannels; ++ch) {
-        if (!seen(ch)) {
-            ++m_nLostStops;
-            Fail("lost stop: channel " + std::to_string(ch) + " (model " + std::to_string(s.atPtz[ch].nPtzModel) +
-                 ") never sent " + HexBytes(stops[ch].data(), stops[ch].size()));
+    // Every model with a builder in turn, sixteen channels at a time.
+    for (size_t first = 0; first < built.size(); first += kMaxChannels) {
+        std::vector<std::vector<uint8_t>> stops(kMaxChannels);
+        for (uint32_t ch = 0; ch < kMaxChannels; ++ch) {
+            const uint32_t model = built[(first + ch) % built.size()];
+            s.atPtz[ch].nPtzModel = model;
+            s.atPtz[ch].nPtzAddress = ch + 1;
+            const auto frames = Expected(model, ch + 1, {{PTZCmd_Left, 4}, {PTZCmd_LeftStop, 0}});
+            if (!frames.empty()) stops[ch] = frames.back();
         }
+        m_aWire.clear();
+        m_bKeepWire = true;
+        for (uint32_t ch = 0; ch < kMaxChannels; ++ch) {
+            Send(kMsgPtz, ch, PTZCmd_Left, 4);
+            Send(kMsgPtz, ch, PTZCmd_LeftStop, 0);
+        }
+        // Each stop's frame must reach the wire; a loaded machine gets up to 10 s for all of them.
+        std::vector<uint8_t> wire;
+        auto seen = [&](uint32_t ch) {
+            return stops[ch].empty() ||   // a driver that sends nothing for a stop
+                   std::search(wire.begin(), wire.end(), stops[ch].begin(), stops[ch].end()) != wire.end();
+        };
+        for (double t = MonotonicSeconds() + 10; MonotonicSeconds() < t;) {
+            Tick(false);
+            usleep(5000);
+            wire.clear();
+            for (const auto& [b, at] : m_aWire) wire.push_back(b);
+            bool bAll = true;
+            for (uint32_t ch = 0; ch < kMaxChannels && bAll; ++ch) bAll = seen(ch);
+            if (bAll) break;
+        }
+        for (uint32_t ch = 0; ch < kMaxChannels; ++ch) {
+            if (!seen(ch)) {
+                ++m_nLostStops;
+                Fail("lost stop: channel " + std::to_string(ch) + " (model " + std::to_string(s.atPtz[ch].nPtzModel) +
+                     ") never sent " + HexBytes(stops[ch].data(), stops[ch].size()));
+            }
+        }
+        m_nStopModels += static_cast<int>(std::min<size_t>(kMaxChannels, built.size() - first));
     }
     m_bKeepWire = false;
     m_aWire.clear();
@@ -550,7 +556,7 @@ void Soak::Report() {
                 static_cast<unsigned long long>(m_nBusyCommands), m_dBusySeconds,
                 m_dBusySeconds > 0 ? 100.0 * 7 * static_cast<double>(m_nBusyCommands) / m_dBusySeconds / kLineBytesPerSecond2400 : 0,
                 m_adStopDelay.size(), 1000 * Median(m_adStopDelay), 1000 * Percentile(m_adStopDelay, 100));
-    std::printf("      lost stops %d\n", m_nLostStops);
+    std::printf("      lost stops %d (stops of %d models checked)\n", m_nLostStops, m_nStopModels);
 }
 
 int Soak::Run() {
