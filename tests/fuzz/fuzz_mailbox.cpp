@@ -6,8 +6,9 @@
 // The process's own source is compiled into this target so that its start-up, dispatch and loop
 // can be called one pass at a time. Link-time wraps (see tests/CMakeLists.txt) make a pass quick
 // and countable: getppid() reports an orphan, so each loop call ends after one pass; the 10 ms
-// sleep and poll return at once; the shell is not started; the single-instance check (which
-// starts pidof) passes; every write to the PTZ line is captured.
+// sleep, the poll and the yield at the end of a pass return at once (a niced campaign beside other
+// work waited so long in the yields that one input took 15 s); the shell is not started; the
+// single-instance check (which starts pidof) passes; every write to the PTZ line is captured.
 //
 // Checked after every pass: each channel queue holds 0..31 frames, no frame is longer than its
 // slot, no write to the PTZ line is longer than a frame, the keypad ring positions lie in it.
@@ -135,6 +136,7 @@ extern "C" {
 // One pass per loop call: the loop sees an orphan and ends after the pass.
 pid_t __wrap_getppid() { return 1; }
 int __wrap_usleep(useconds_t) { return 0; }
+int __wrap_sched_yield() { return 0; }
 int __wrap_poll(struct pollfd* fds, nfds_t n, int) { return __real_poll(fds, n, 0); }
 int __wrap_system(const char*) { return 0; }
 int __wrap__Z19CheckProcessOverlapPKc(const char*) { return 0; }
