@@ -163,6 +163,11 @@ int32_t PTZStatus(const PTZDriver& d, uint32_t nAddress, PTZPacket* atPacket, PT
             if (ptGo == nullptr || d.eEmptyTour == PTZEmptyTour::Disarm) s->bStatusActive = 0;
             return 0;
         }
+        // A tour started under another model may count more presets than this driver's own tour
+        // takes: it goes on over the presets this one would have toured.
+        const PTZCode* ptTour = PTZFindCode(d, PTZCmd_PresetTour);
+        if (ptTour != nullptr && ptTour->nMax != 0 && s->nTourCount > ptTour->nMax)
+            s->nTourCount = ptTour->nMax;
         PTZArgs x{PTZWhy::TourStep, PTZMeaningOf(PTZCmd_PresetGo), 0, 0, 0, 0, nullptr, s};
         x.nNumber = TourAdvance(s);
         return Write(d, nAddress, atPacket, *ptGo, x);

@@ -2,18 +2,33 @@
 // calls it. The input picks a model (any entry with a builder, so drivers added to the table are
 // fuzzed without a change here), a camera address, random driver-private channel state, and a
 // stream of commands with random codes and parameters and of status polls at random clock steps.
-// Frames go into the channel's queue; each must fit its 32-byte slot. A driver that fills more
-// than the core's four packets overruns the core's array and is caught by the address sanitizer.
+// Frames go into the channel's queue; each must fit its 32-byte slot and, for addresses up to 255,
+// be one whole frame of the model's protocol with a good check, as the simulator's decoder reads
+// it. A driver that fills more than the core's four packets overruns the core's array and is
+// caught by the address sanitizer.
 #include "core/ptz_cntl.h"
 #include "ptz/ptz_model.h"
 #include "tests/fuzz/fuzz_input.h"
 #include "tests/support/fake_clock.h"
+#include "tools/sim/ptz_decode.h"
 
 namespace {
-void CheckQueued(const PTZSendQueue& q, int32_t nBefore) {
+// Every frame queued since nBefore fits its slot and, given a protocol, is one whole frame of it
+// with a good check, as the simulator's decoder reads it.
+void CheckQueued(const PTZSendQueue& q, int32_t nBefore, const PtzProtocol* ptProtocol) {
     FUZZ_CHECK(q.nWritten - q.nRead >= 0 && q.nWritten - q.nRead < kPTZQueueSlots);
-    for (int32_t k = nBefore; k < q.nWritten; ++k)
-        FUZZ_CHECK(q.atSlot[k % kPTZQueueSlots].nLength <= static_cast<uint32_t>(kPTZFrameMax));
+    for (int32_t k = nBefore; k < q.nWritten; ++k) {
+        const auto& slot = q.atSlot[k % kPTZQueueSlots];
+        FUZZ_CHECK(slot.nLength <= static_cast<uint32_t>(kPTZFrameMax));
+        if (ptProtocol == nullptr) continue;
+        // Twice in a row: a decoder may need the next frame's start to see where this one ends.
+        uint8_t abTwice[2 * kPTZFrameMax];
+        std::memcpy(abTwice, slot.abData, slot.nLength);
+        std::memcpy(abTwice + slot.nLength, slot.abData, slot.nLength);
+        PtzFrameText t;
+        FUZZ_CHECK(PtzDecode(*ptProtocol, abTwice, 2 * slot.nLength, &t));
+        FUZZ_CHECK(t.nLength == slot.nLength && !t.bBadCheck);
+    }
 }
 }  // namespace
 
@@ -59,7 +74,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pyData, size_t nSize) {
             fakeclock::AdvanceTicks(op < 0xF0 ? op - 0xC0u : in.Value());
             CheckPTZStatus();
         }
-        CheckQueued(q, nBefore);
+        // Beyond address 255 a frame need not be one its decoder reads: decimal address digits
+        // are computed in signed integers, so an address past 2^31 has none.
+        const bool bDecodable = tBlock.atPtz[0].nPtzAddress < 256;
+        CheckQueued(q, nBefore, bDecodable ? ProtocolOfModel(tBlock.atPtz[0].nPtzModel) : nullptr);
         q.nRead = q.nWritten;   // sent
     }
     return 0;

@@ -122,3 +122,17 @@ TEST(CanonVcc4, Tour) {
         EXPECT_EQ(h.State().bStatusActive, 0);
     }
 }
+
+// A tour of 20 presets started while the channel was a Pelco-D camera goes on, once the channel
+// becomes a Canon, through the Canon's own presets 1-9 only (found by the drivers' fuzz target:
+// a preset character past '9').
+TEST(CanonVcc4, TourInheritedFromAModelWithMorePresets) {
+    DriverHarness h(14, 2);
+    h.Send(PTZCmd_PresetTour, 20);
+    h.RunMs(3000 * 4);
+    ptShare->atPtz[0].nPtzModel = kCanon;
+    std::string order;
+    for (const Bytes& f : h.RunMs(3000 * 10))
+        if (f.size() == 7 && f[4] == 0x8A) order += static_cast<char>(f[5]);
+    EXPECT_EQ(order, "5678912345");
+}
