@@ -126,25 +126,6 @@ TEST(PtzGuess, NamesTheProtocolACaptureSpeaks) {
     }
 }
 
-// A line with cameras of two protocols: both are named, the one with more of the bytes first; a
-// frame damaged on the way counts for nothing.
-TEST(PtzGuess, MixedLineRanksByTheShareOfGoodFrames) {
-    Bytes b = Built(41, {{PTZCmd_Left, 8}, {PTZCmd_LeftStop, 0}, {PTZCmd_PresetGo, 2}});
-    const Bytes d = Built(14, {{PTZCmd_Up, 3}, {PTZCmd_UpStop, 0}});
-    b.insert(b.begin() + 9, d.begin(), d.end());
-    b[b.size() - 1] ^= 0x10;
-    const std::vector<PtzProtocolScore> ranking = RankPtzProtocols(b.data(), b.size());
-    // Behind the two, only a protocol without a check byte may read a few bytes by chance.
-    ASSERT_GE(ranking.size(), 2u);
-    for (size_t i = 2; i < ranking.size(); ++i) EXPECT_FALSE(ranking[i].ptProtocol->bChecked);
-    EXPECT_STREQ(ranking[0].ptProtocol->sName, "Controller link");
-    EXPECT_EQ(ranking[0].nGoodBytes, 18u);
-    EXPECT_EQ(ranking[0].nBadFrames, 1u);
-    EXPECT_STREQ(ranking[1].ptProtocol->sName, "Pelco-D");
-    EXPECT_EQ(ranking[1].nGoodBytes, 14u);
-    EXPECT_TRUE(RankPtzProtocols(b.data(), 0).empty());
-}
-
 TEST(HexText, ParsesWhatInstallersPaste) {
     const struct { const char* sText; const char* sBytes; const char* sError; } kCases[] = {
         {"FF 01 00 04", "FF 01 00 04", ""},
