@@ -22,19 +22,6 @@
 #include "ptz/ptz_data.h"
 
 namespace {
-// Codes received on mailbox 128.
-constexpr uint32_t kMsgStop = 1;
-constexpr uint32_t kMsgAlive = 2;
-constexpr uint32_t kMsgPtzCommand = 0x800001;
-constexpr uint32_t kMsgKeypadId = 0x80000a;
-constexpr uint32_t kMsgKeypadModel = 0x80000b;
-constexpr uint32_t kMsgPosModel = 0x80000c;
-constexpr uint32_t kMsgKtt = 0x800014;
-// Codes sent to mailbox 1.
-constexpr uint32_t kMsgStarted = 0x10002;
-constexpr uint32_t kMsgEnded = 0x10003;
-constexpr uint32_t kMsgAliveAnswer = 0x10004;
-
 constexpr useconds_t kPassSleepUs = 10000;
 constexpr MsgSource kSource{kTagPtzCntl, "ptz_cntl"};
 

@@ -16,8 +16,9 @@
 #include "lib/log/log.h"
 
 namespace {
+// Reporting paths (nKttEventEnable): 0 off, 4 DTMF (its class only); any other value, FSK (2)
+// among them, queues every event.
 constexpr uint32_t kReportOff = 0;
-[[maybe_unused]] constexpr uint32_t kReportFsk = 2;   // queued only here, as any other path
 constexpr uint32_t kReportDtmf = 4;
 constexpr uint32_t kClassNotLogged1 = 3;
 constexpr uint32_t kClassNotLogged2 = 9;

@@ -14,6 +14,7 @@
 #include <cstdlib>
 #include <vector>
 
+#include "core/ptz_cntl.h"
 #include "tools/sim/proc_stats.h"
 #include "tools/sim/recorder.h"
 #include "tools/sim/sandbox_guard.h"
@@ -62,7 +63,7 @@ int main(int argc, char** argv) {
 
     SerialLine s0("/dev/ttyS0"), s1("/dev/ttyS1"), s4("/dev/ttyS4");
     Recorder rec;
-    if (!rec.Ok() || !rec.Start(DefaultPtzCntlBinary()) || !rec.WaitFor(0x10002, 5000)) {
+    if (!rec.Ok() || !rec.Start(DefaultPtzCntlBinary()) || !rec.WaitFor(kMsgStarted, 5000)) {
         std::fprintf(stderr, "bench_idle: ptz_cntl did not start\n");
         return 1;
     }

@@ -28,6 +28,7 @@
 #include <string>
 #include <vector>
 
+#include "core/ptz_cntl.h"
 #include "tools/sim/pos_sim.h"
 #include "tools/sim/proc_stats.h"
 #include "tools/sim/recorder.h"
@@ -147,7 +148,7 @@ bool StartProcess(Recorder& rec, const Setup& s) {
     rec.Share().nPosModel = s.nModel;
     rec.Share().nPortAssign = s.nPortAssign;
     rec.Share().bPosStore = 1;
-    return rec.Start(DefaultPtzCntlBinary()) && rec.WaitFor(0x10002, 5000).has_value();
+    return rec.Start(DefaultPtzCntlBinary()) && rec.WaitFor(kMsgStarted, 5000).has_value();
 }
 
 std::string LoadAverage() {

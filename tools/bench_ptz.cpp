@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <vector>
 
+#include "core/ptz_cntl.h"
 #include "tools/sim/proc_stats.h"
 #include "tools/sim/recorder.h"
 #include "tools/sim/sandbox_guard.h"
@@ -21,7 +22,7 @@ int main(int argc, char** argv) {
     Recorder rec;
     rec.Share().atPtz[0].nPtzModel = 14;   // Pelco-D 9600
     rec.Share().atPtz[0].nPtzAddress = 1;
-    if (!rec.Ok() || !rec.Start(DefaultPtzCntlBinary()) || !rec.WaitFor(0x10002, 5000)) {
+    if (!rec.Ok() || !rec.Start(DefaultPtzCntlBinary()) || !rec.WaitFor(kMsgStarted, 5000)) {
         std::fprintf(stderr, "bench_ptz: ptz_cntl did not start\n");
         return 1;
     }
@@ -31,7 +32,7 @@ int main(int argc, char** argv) {
         // Go-to-preset is never suppressed as a repeat; spread the sends over the loop's phase.
         usleep(25000 + static_cast<useconds_t>(i * 7919 % 10000));
         const double t0 = MonotonicSeconds();
-        rec.Send(0x800001, 0, 80, 1 + i % 200);
+        rec.Send(kMsgPtzCommand, 0, 80, 1 + i % 200);
         bool seen = false;
         while (!seen && MonotonicSeconds() - t0 < 1.0) {
             for (const auto& c : s1.Read(50)) {

@@ -45,9 +45,6 @@
 #include "tools/sim/serial_line.h"
 
 namespace {
-constexpr uint32_t kMsgStop = 1, kMsgAlive = 2, kMsgPtz = 0x800001, kMsgKeypadId = 0x80000a,
-                   kMsgKeypadModel = 0x80000b, kMsgPosModel = 0x80000c, kMsgKtt = 0x800014;
-constexpr uint32_t kMsgStarted = 0x10002, kMsgEnded = 0x10003, kMsgAliveAnswer = 0x10004;
 constexpr uint32_t kPelcoD2400 = 12;
 constexpr double kLineBytesPerSecond2400 = 2400 / 10.0;   // 8N1: ten bits a byte
 constexpr uint64_t kRssSlackKiB = 256;
@@ -305,7 +302,7 @@ void Soak::RandomPtz() {
     uint32_t code = R(8) == 0 ? static_cast<uint32_t>(m_rng()) : R(128);
     const uint32_t ch = R(20) == 0 ? R(40) : R(kMaxChannels);
     auto P = [&]() { return R(4) == 0 ? static_cast<uint32_t>(m_rng()) : R(20); };
-    Send(kMsgPtz, ch, code, P(), P(), P());
+    Send(kMsgPtzCommand, ch, code, P(), P(), P());
 }
 
 void Soak::RandomConfig() {
@@ -420,8 +417,8 @@ void Soak::LostStops() {
         m_aWire.clear();
         m_bKeepWire = true;
         for (uint32_t ch = 0; ch < kMaxChannels; ++ch) {
-            Send(kMsgPtz, ch, PTZCmd_Left, 4);
-            Send(kMsgPtz, ch, PTZCmd_LeftStop, 0);
+            Send(kMsgPtzCommand, ch, PTZCmd_Left, 4);
+            Send(kMsgPtzCommand, ch, PTZCmd_LeftStop, 0);
         }
         // Each stop's frame must reach the wire; a loaded machine gets up to 10 s for all of them.
         std::vector<uint8_t> wire;
@@ -474,9 +471,9 @@ void Soak::BusyLine(double tEnd) {
             tNext += 1.0 / kMaxChannels;
             if (tStopSent[ch] < 0) {
                 if (R(4) == 0) {
-                    if (Send(kMsgPtz, ch, PTZCmd_LeftStop, 0)) tStopSent[ch] = MonotonicSeconds();
+                    if (Send(kMsgPtzCommand, ch, PTZCmd_LeftStop, 0)) tStopSent[ch] = MonotonicSeconds();
                 } else {
-                    Send(kMsgPtz, ch, kMoves[R(4)], 1 + R(8));
+                    Send(kMsgPtzCommand, ch, kMoves[R(4)], 1 + R(8));
                 }
                 ++m_nBusyCommands;
             }

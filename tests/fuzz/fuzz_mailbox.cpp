@@ -110,7 +110,8 @@ void Pass() {
 }
 
 void Post(FuzzInput& in) {
-    static constexpr uint32_t kCodes[] = {1, 2, 0x800001, 0x800001, 0x800001, 0x80000a, 0x80000b, 0x80000c, 0x800014};
+    static constexpr uint32_t kCodes[] = {kMsgStop, kMsgAlive, kMsgPtzCommand, kMsgPtzCommand, kMsgPtzCommand,
+                                          kMsgKeypadId, kMsgKeypadModel, kMsgPosModel, kMsgKtt};
     const uint8_t sel = in.Byte();
     MailboxMessage m{};
     m.mtype = kOwnMailbox;

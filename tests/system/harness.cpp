@@ -34,11 +34,11 @@ void SystemTest::TearDown() {
 
 bool SystemTest::StartAndWait(const std::vector<std::string>& args) {
     if (!rec->Start(PTZ_CNTL_BINARY, args)) return false;
-    return rec->WaitFor(0x10002, 5000).has_value();
+    return rec->WaitFor(kMsgStarted, 5000).has_value();
 }
 
 int SystemTest::StopAndWait() {
-    rec->Send(1);
+    rec->Send(kMsgStop);
     return rec->WaitExit(5000);
 }
 
@@ -124,7 +124,7 @@ void SystemTest::Camera(uint32_t ch, uint32_t model, uint32_t address) {
 }
 
 void SystemTest::Ptz(uint32_t ch, uint32_t cmd, uint32_t p1, uint32_t p2, uint32_t p3) {
-    rec->Send(0x800001, ch, cmd, p1, p2, p3);
+    rec->Send(kMsgPtzCommand, ch, cmd, p1, p2, p3);
 }
 
 std::vector<uint8_t> Bytes(std::initializer_list<int> list) {

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "core/ptz_cntl.h"
 #include "tools/sim/ptz_line.h"
 #include "tools/sim/recorder.h"
 #include "tools/sim/serial_line.h"

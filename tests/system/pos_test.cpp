@@ -68,8 +68,8 @@ TEST_F(PosSystemTest, NetworkModelsRecordFifoText) {
     ASSERT_TRUE(fifo.Write("7|A|B|1|2\n"));
     EXPECT_EQ(Records(1), Texts{"MGT|T|07|A|B|1|2|#\n"});
     for (uint32_t nModel : {10u, 6u, 6u, 12u}) rec->Send(kMsgPosModel, nModel);
-    rec->Send(2);   // the liveness answer comes after the selections were handled
-    ASSERT_TRUE(rec->WaitFor(0x10004, 2000).has_value());
+    rec->Send(kMsgAlive);   // the liveness answer comes after the selections were handled
+    ASSERT_TRUE(rec->WaitFor(kMsgAliveAnswer, 2000).has_value());
     EXPECT_EQ(InetdRegistrations(), (Texts{"6001 tcp /usr/bin/tee tee /tmp/pos_fifo", "6002 udp /usr/bin/tee tee /tmp/pos_fifo",
                                            "5001 tcp /usr/bin/tee tee /tmp/pos_fifo", "5001 tcp /usr/bin/tee tee /tmp/pos_fifo"}));
     EXPECT_TRUE(LayoutIs(DPRCSet_ATM_FriInfo));

@@ -14,18 +14,18 @@ namespace {
 
 TEST_F(SystemTest, AnnouncesItselfAnswersLivenessAndEndsOnStop) {
     ASSERT_TRUE(rec->Start(PTZ_CNTL_BINARY, {"42"}));
-    auto start = rec->WaitFor(0x10002, 5000);
+    auto start = rec->WaitFor(kMsgStarted, 5000);
     ASSERT_TRUE(start.has_value());
     EXPECT_EQ(start->nMailbox, 1);
     EXPECT_EQ(start->nFrom, 128u);
     EXPECT_EQ(start->p[0], 42u);
     EXPECT_EQ(start->p[1], static_cast<uint32_t>(rec->Pid()));
-    rec->Send(2);
-    auto alive = rec->WaitFor(0x10004, 2000);
+    rec->Send(kMsgAlive);
+    auto alive = rec->WaitFor(kMsgAliveAnswer, 2000);
     ASSERT_TRUE(alive.has_value());
     EXPECT_EQ(alive->p[0], 42u);
     EXPECT_EQ(StopAndWait(), 0);
-    auto end = rec->WaitFor(0x10003, 1000);
+    auto end = rec->WaitFor(kMsgEnded, 1000);
     ASSERT_TRUE(end.has_value());
     EXPECT_EQ(end->p[0], 42u);
     EXPECT_TRUE(rec->OutputContains("Info(ptz_cntl  ) PTZ_CNTL Process Start."));
@@ -36,10 +36,10 @@ TEST_F(SystemTest, IgnoresUnknownCodesAndChannelsOutOfRange) {
     Camera(0, 14, 1);
     ASSERT_TRUE(StartAndWait());
     rec->Send(0x12345, 1, 2, 3);
-    rec->Send(0x800001, 16, 15, 8);           // channel 16 does not exist
-    rec->Send(0x800001, 0xFFFFFFFF, 15, 8);   // nor does channel -1
-    rec->Send(2);
-    ASSERT_TRUE(rec->WaitFor(0x10004, 2000).has_value());
+    rec->Send(kMsgPtzCommand, 16, 15, 8);           // channel 16 does not exist
+    rec->Send(kMsgPtzCommand, 0xFFFFFFFF, 15, 8);   // nor does channel -1
+    rec->Send(kMsgAlive);
+    ASSERT_TRUE(rec->WaitFor(kMsgAliveAnswer, 2000).has_value());
     ExpectPtz({}, 300);
     EXPECT_EQ(StopAndWait(), 0);
 }
@@ -61,7 +61,7 @@ TEST_F(SystemTest, SecondInstanceRefusesToRun) {
     EXPECT_NE(err.find("Err (libproc   /processpipe:1005) Already Running \"ptz_cntl\" Process. (2)"),
               std::string::npos) << err;
     EXPECT_EQ(err.find("PTZ_CNTL Process Start"), std::string::npos);
-    EXPECT_FALSE(rec->WaitFor(0x10002, 200).has_value());   // no start message from the second
+    EXPECT_FALSE(rec->WaitFor(kMsgStarted, 200).has_value());   // no start message from the second
 }
 
 TEST_F(SystemTest, MissingSharedBlockEndsStartUp) {
@@ -91,9 +91,9 @@ TEST_F(SystemTest, EndsWhenItsParentDies) {
     }
     int st;
     waitpid(middle, &st, 0);
-    auto start = rec->WaitFor(0x10002, 5000);
+    auto start = rec->WaitFor(kMsgStarted, 5000);
     ASSERT_TRUE(start.has_value());
-    auto end = rec->WaitFor(0x10003, 2000);
+    auto end = rec->WaitFor(kMsgEnded, 2000);
     ASSERT_TRUE(end.has_value());
     EXPECT_EQ(end->p[0], 5u);
 }

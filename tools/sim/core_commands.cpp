@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "core/ptz_cntl.h"
 #include "tools/sim/log_view.h"
 #include "tools/sim/names.h"
 #include "tools/sim/session.h"
@@ -96,7 +97,7 @@ void Ptz(SimSession& sim, const SimArgs& a) {
     if (!cmd) return void(std::fprintf(stderr, "unknown PTZ command '%s'\n", a[2].c_str()));
     uint32_t p[3] = {0, 0, 0};
     for (size_t i = 0; i < 3 && 3 + i < a.size(); ++i) p[i] = SimNum(a[3 + i]);
-    sim.rec.Send(0x800001, SimNum(a[1]), *cmd, p[0], p[1], p[2]);
+    sim.rec.Send(kMsgPtzCommand, SimNum(a[1]), *cmd, p[0], p[1], p[2]);
     char buf[160];
     std::snprintf(buf, sizeof buf, "-> PTZ ch %u %s (%u) %u %u %u", SimNum(a[1]), PtzCommandName(*cmd).c_str(), *cmd,
                   p[0], p[1], p[2]);

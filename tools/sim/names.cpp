@@ -4,6 +4,10 @@
 
 #include <cstdlib>
 
+#include "core/ptz_cntl.h"
+#include "keypad/keypad_data.h"
+#include "ktt/ktt_data.h"
+
 namespace {
 struct Named {
     uint32_t nCode;
@@ -11,12 +15,12 @@ struct Named {
 };
 
 constexpr Named kMessages[] = {
-    {1, "STOP"},                {2, "ALIVE?"},
-    {0x800001, "PTZ"},          {0x80000a, "KEYPAD-ID"},
-    {0x80000b, "KEYPAD-MODEL"}, {0x80000c, "TEXT-MODEL"},
-    {0x800014, "KTT"},          {0x10001, "POWER-OFF-OK"},
-    {0x10002, "STARTED"},       {0x10003, "ENDED"},
-    {0x10004, "ALIVE"},         {0x20007, "KEY"},
+    {kMsgStop, "STOP"},                {kMsgAlive, "ALIVE?"},
+    {kMsgPtzCommand, "PTZ"},          {kMsgKeypadId, "KEYPAD-ID"},
+    {kMsgKeypadModel, "KEYPAD-MODEL"}, {kMsgPosModel, "TEXT-MODEL"},
+    {kMsgKtt, "KTT"},          {kMsgKttDrained, "POWER-OFF-OK"},
+    {kMsgStarted, "STARTED"},       {kMsgEnded, "ENDED"},
+    {kMsgAliveAnswer, "ALIVE"},         {kMsgKeyEvent, "KEY"},
     {0x2001B, "OUTPUT"},        {0x2002D, "LAYOUT"},
     {0x2002E, "KEY-MSG-2E"},    {0x20046, "KEY-MSG-46"},
     {0x2005D, "ATM-ALERT"},     {0x40024, "MB4-24"},
