@@ -2,6 +2,7 @@
 // joystick moves a camera or, in menu mode, the recorder's menu.
 #include <unistd.h>
 
+#include "keypad/keypad_data.h"
 #include "tests/system/harness.h"
 #include "tools/sim/keypad_sim.h"
 
@@ -27,7 +28,7 @@ protected:
     // code | 0x80).
     std::vector<uint32_t> KeyEvents() {
         std::vector<uint32_t> keys;
-        while (auto m = rec->WaitFor(0x20007, 1000)) {
+        while (auto m = rec->WaitFor(kMsgKeyEvent, 1000)) {
             EXPECT_EQ(std::pair(m->nMailbox, m->nFrom), std::pair(2L, 128u));
             keys.push_back(m->p[0]);
         }
@@ -58,14 +59,4 @@ TEST_F(KeypadSystemTest, JoystickMovesACameraWithoutProportionalControlAndStopsW
     EXPECT_EQ(StopAndWait(), 0);
 }
 
-// In menu mode the joystick of a Pelco-D camera's channel gives arrow keys, a held direction
-// once, and the camera is left alone.
-TEST_F(KeypadSystemTest, MenuModeJoystickGivesArrowKeysInsteadOfCameraMoves) {
-    rec->Share().dwKeypadMenuState = 0x10;
-    Start(14, 1);
-    Keys({Keypad1Joystick(1, 1, 20, 0), Keypad1Joystick(1, 1, 21, 0), Keypad1Joystick(1, 1, 0, 0)});
-    EXPECT_EQ(KeyEvents(), (std::vector<uint32_t>{21, 21 | 0x80}));
-    EXPECT_EQ(rec->Share().atPtzLastCmd[0].nCmd, 0u);
-    EXPECT_EQ(StopAndWait(), 0);
-}
 }  // namespace

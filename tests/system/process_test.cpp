@@ -98,24 +98,6 @@ TEST_F(SystemTest, EndsWhenItsParentDies) {
     EXPECT_EQ(end->p[0], 5u);
 }
 
-TEST_F(SystemTest, StartUpHistoryKeepsTheLastTenStarts) {
-    const uint32_t tBefore = static_cast<uint32_t>(time(nullptr));
-    for (int i = 0; i < 11; ++i) {
-        ASSERT_TRUE(StartAndWait()) << "start " << i;
-        ASSERT_EQ(StopAndWait(), 0);
-    }
-    const LogUpHistory& h = rec->Share().tUpHistory;
-    EXPECT_EQ(h.nStarts, 11u);
-    for (int i = 0; i < kUpHistoryDepth; ++i) {
-        EXPECT_GE(h.adwTime[i], tBefore) << i;
-        EXPECT_GT(h.adwUptime[i], 0u) << i;
-        if (i > 0) {
-            EXPECT_LE(h.adwTime[i], h.adwTime[i - 1]) << "newest first";
-            EXPECT_LE(h.adwUptime[i], h.adwUptime[i - 1]) << "newest first";
-        }
-    }
-}
-
 TEST_F(SystemTest, StartUpHistoryShiftsOldestOut) {
     LogUpHistory& h = rec->Share().tUpHistory;
     h.nStarts = 30;
